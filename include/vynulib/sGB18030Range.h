@@ -1,0 +1,9 @@
+#pragma once
+
+/// A run of consecutive values that map to consecutive values: `first` to `last` onto `target` and up.
+/// A range list is sorted by `first` and ends with a record of three zeros.
+struct sGB18030Range {
+    unsigned int first;
+    unsigned int last;
+    unsigned int target;
+};
