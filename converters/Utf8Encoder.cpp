@@ -1,0 +1,161 @@
+#include "converters/Utf8Encoder.h"
+
+#include "converters/AsciiRun.h"
+#include "converters/CodecStep.h"
+#include "converters/UnitEscape.h"
+#include "unicode/Surrogates.h"
+#include "unicode/UnitScan.h"
+
+#include <algorithm>
+
+namespace vyn {
+namespace {
+
+struct EncodeCursor {
+    unsigned short const* src;
+    unsigned char* dst;
+    unsigned long room;
+};
+
+constexpr unsigned char byteOf(unsigned value) {
+    return static_cast<unsigned char>(value);
+}
+constexpr unsigned char trailOf(unsigned value, unsigned shift) {
+    return byteOf(0x80 | (value >> shift & 0x3F));
+}
+
+void writeTwo(unsigned char* dst, unsigned unit) {
+    dst[0] = byteOf(0xC0 | unit >> 6);
+    dst[1] = trailOf(unit, 0);
+}
+
+void writeThree(unsigned char* dst, unsigned unit) {
+    dst[0] = byteOf(0xE0 | unit >> 12);
+    dst[1] = trailOf(unit, 6);
+    dst[2] = trailOf(unit, 0);
+}
+
+void writeFour(unsigned char* dst, unsigned value) {
+    dst[0] = byteOf(0xF0 | (value >> 18 & 7));
+    dst[1] = trailOf(value, 12);
+    dst[2] = trailOf(value, 6);
+    dst[3] = trailOf(value, 0);
+}
+
+void took(EncodeCursor& at, unsigned units, unsigned long bytes) {
+    at.src += units;
+    at.dst += bytes;
+    at.room -= bytes;
+}
+
+/// The fast path: whole characters while neither terminator nor room can end the text. Ends before a lone high
+/// surrogate.
+void encodeRun(EncodeCursor& at) {
+    constexpr unsigned long runUnits = 2048;
+    constexpr unsigned long maxBytesPerUnit = 3;
+    unsigned short const* src = at.src;
+    unsigned short const* const end = src + unitLength(src, std::min(at.room / maxBytesPerUnit, runUnits));
+    unsigned char* dst = at.dst;
+    while (src != end) {
+        unsigned const unit = *src;
+        if (unit < 0x80) {
+            long const moved = moveAsciiBlocks(src, end, dst);
+            src += moved;
+            dst += moved;
+            while (src != end && *src < 0x80)
+                *dst++ = byteOf(*src++);
+        } else if (unit < 0x800) {
+            writeTwo(dst, unit);
+            dst += 2;
+            ++src;
+        } else if (!isHighSurrogate(unit)) {
+            writeThree(dst, unit);
+            dst += 3;
+            ++src;
+        } else if (end - src >= 2 && isLowSurrogate(src[1])) {
+            writeFour(dst, combineSurrogates(unit, src[1]));
+            dst += 4;
+            src += 2;
+        } else {
+            break;
+        }
+    }
+    at.room -= static_cast<unsigned long>(dst - at.dst);
+    at.src = src;
+    at.dst = dst;
+}
+
+/// Writes what stands for the lone high surrogate at the cursor. False: the text ends here.
+bool replaceLoneSurrogate(EncodeCursor& at, ILLCHAR_OPTYPE op, Utf8Escapes escapes) {
+    if (op == ILLCHAR_STOP)
+        return false;
+    if (op != ILLCHAR_ESCAPE) {
+        *at.dst = replacementByte;
+        took(at, 1, 1);
+        return true;
+    }
+    if (at.room < unitEscapeLength)
+        return false;
+    writeUnitEscape(at.dst, *at.src);
+    // The unit behind the surrogate is deliberately dropped, even where it is the terminator: the text then goes on
+    // behind it. And the room deliberately shrinks by five, so that each escape lets the text run one byte further.
+    bool const atEnd = at.src[1] == 0;
+    took(at, 2, unitEscapeLength);
+    if (escapes == Utf8Escapes::Bounded)
+        return !atEnd;
+    at.room += 1;
+    return true;
+}
+
+/// The literal path: one character. False: the text ends before it.
+bool encodeOne(EncodeCursor& at, ILLCHAR_OPTYPE op, bool& sawIllegal, Utf8Escapes escapes) {
+    unsigned const unit = *at.src;
+    if (unit < 0x80) {
+        *at.dst = byteOf(unit);
+        took(at, 1, 1);
+        return true;
+    }
+    if (unit < 0x800) {
+        if (at.room < 2)
+            return false;
+        writeTwo(at.dst, unit);
+        took(at, 1, 2);
+        return true;
+    }
+    if (!isHighSurrogate(unit)) {
+        if (at.room < 3)
+            return false;
+        writeThree(at.dst, unit);
+        took(at, 1, 3);
+        return true;
+    }
+    if (!isLowSurrogate(at.src[1])) {
+        sawIllegal = true;
+        return replaceLoneSurrogate(at, op, escapes);
+    }
+    if (at.room < 4)
+        return false;
+    writeFour(at.dst, combineSurrogates(unit, at.src[1]));
+    took(at, 2, 4);
+    return true;
+}
+
+} // namespace
+
+unsigned long encodeUtf8(void* dst, unsigned short const* src, unsigned long dstCap, ILLCHAR_OPTYPE op, bool* illegal,
+                         Utf8Escapes escapes) {
+    if (!dst || !src)
+        return 0;
+    auto* const start = static_cast<unsigned char*>(dst);
+    EncodeCursor at{src, start, dstCap};
+    bool sawIllegal = false;
+    do {
+        encodeRun(at);
+    } while (at.room != 0 && *at.src != 0 && encodeOne(at, op, sawIllegal, escapes));
+    *at.dst = 0;
+    if (illegal)
+        *illegal = sawIllegal;
+    return static_cast<unsigned long>(at.dst - start);
+}
+
+} // namespace vyn

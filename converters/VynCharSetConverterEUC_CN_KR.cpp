@@ -1,0 +1,81 @@
+#include <vynulib/VynCharSetConverterEUC_CN_KR.h>
+
+#include "converters/DecodeLoop.h"
+#include "converters/EncodeLoop.h"
+#include "converters/RowCellCode.h"
+
+namespace {
+
+// DEL is deliberately no character of these sets: it is replaced in either direction.
+constexpr bool isAscii(unsigned value) {
+    return value >= 0x01 && value <= 0x7E;
+}
+constexpr bool isRowOrCell(unsigned char byte) {
+    return byte >= 0xA1 && byte <= 0xFE;
+}
+
+struct EucCnKrCodec {
+    static constexpr bool supplementary = false;
+    static constexpr bool limitBehindMalformed = true;
+    static constexpr bool pairsSurrogates = false;
+
+    LookupTable<unsigned short> const* forward;
+    LookupTable<unsigned short> const* reverse;
+
+    bool ready() const { return forward != nullptr; }
+
+    vyn::Decoded decodeOne(unsigned char const* at) const {
+        if (isAscii(at[0]))
+            return vyn::mapped(at[0], 1);
+        if (!isRowOrCell(at[0]) || !isRowOrCell(at[1]))
+            return vyn::malformed(1);
+        return vyn::lookedUp(forward->lookup(vyn::rowCellCode(at[0], at[1])), 2);
+    }
+
+    vyn::Encoded encodeOne(unsigned short const* at) const {
+        if (isAscii(*at))
+            return {*at, 1, 1, vyn::Verdict::Mapped};
+        unsigned const code = reverse->lookup(*at);
+        if (code == 0)
+            return {0, 0, 1, vyn::Verdict::Unmapped};
+        return {code + vyn::rowCellHighBits, 2, 1, vyn::Verdict::Mapped};
+    }
+};
+
+} // namespace
+
+VynCharSetConverterEUC_CN_KR::~VynCharSetConverterEUC_CN_KR() = default;
+
+unsigned long VynCharSetConverterEUC_CN_KR::toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits,
+                                                    ILLCHAR_OPTYPE op, bool* illegal, int maxSrc) {
+    load();
+    return vyn::decodeText(EucCnKrCodec{forwardTable(), reverseTable()}, dst, src, dstUnits, op, illegal, maxSrc);
+}
+
+unsigned long VynCharSetConverterEUC_CN_KR::fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap,
+                                                      ILLCHAR_OPTYPE op, bool* illegal) {
+    load();
+    return vyn::encodeText(EucCnKrCodec{forwardTable(), reverseTable()}, dst, src, dstCap, op, illegal);
+}
+
+unsigned long VynCharSetConverterEUC_CN_KR::getNumUnits(void const* src, unsigned long len) {
+    return vyn::countUnits(src, len, [](unsigned char const* at, unsigned long bytesLeft) {
+        bool const pair = bytesLeft >= 2 && isRowOrCell(at[0]) && isRowOrCell(at[1]);
+        return vyn::Counted{pair ? 2U : 1U, 1};
+    });
+}
+
+unsigned long VynCharSetConverterEUC_CN_KR::getNumBytes(unsigned short const* src, unsigned long len) {
+    load();
+    return vyn::countBytes(EucCnKrCodec{forwardTable(), reverseTable()}, src, len);
+}
+
+unsigned int VynCharSetConverterEUC_CN_KR::getMinUnitSize() const {
+    return 1;
+}
+unsigned int VynCharSetConverterEUC_CN_KR::getMaxUnitSize() const {
+    return 2;
+}
+unsigned int VynCharSetConverterEUC_CN_KR::getNullCharSize() const {
+    return 1;
+}

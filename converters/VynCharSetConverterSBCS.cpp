@@ -1,0 +1,102 @@
+#include <vynulib/VynCharSetConverterSBCS.h>
+
+#include "converters/BuildOnce.h"
+#include "converters/DecodeLoop.h"
+#include "converters/EncodeLoop.h"
+#include "converters/MapRecords.h"
+#include "converters/UnitWord.h"
+#include "unicode/UnitScan.h"
+
+namespace {
+
+constexpr unsigned byteValues = 256;
+
+struct SingleByteCodec {
+    static constexpr bool supplementary = false;
+    static constexpr bool limitBehindMalformed = true;
+
+    unsigned short const* forward;
+    LookupTable<unsigned char> const* reverse;
+
+    bool ready() const { return forward != nullptr; }
+
+    vyn::Decoded decodeOne(unsigned char const* at) const { return vyn::lookedUp(forward[*at], 1); }
+
+    /// Four characters make a word, in the order of memory, which is tested for an unmapped one at once.
+    long decodeBlocks(unsigned char const* src, unsigned char const* end, unsigned short* dst) const {
+        constexpr long block = 4;
+        long taken = 0;
+        for (; end - src - taken >= block; taken += block) {
+            std::uint64_t word = 0;
+            for (unsigned i = 0; i < block; ++i)
+                word |= std::uint64_t{forward[src[taken + i]]} << vyn::unitShift(i);
+            if (vyn::hasZeroUnit(word))
+                break;
+            std::memcpy(dst + taken, &word, sizeof word);
+        }
+        return taken;
+    }
+
+    vyn::Encoded encodeOne(unsigned short const* at) const {
+        unsigned char const byte = reverse->lookup(*at);
+        return {byte, 1, 1, byte != 0 ? vyn::Verdict::Mapped : vyn::Verdict::Unmapped};
+    }
+};
+
+} // namespace
+
+VynCharSetConverterSBCS::~VynCharSetConverterSBCS() {
+    delete[] m_pForward.load(std::memory_order_acquire);
+    delete m_pReverse;
+    pthread_mutex_destroy(&m_mutex);
+}
+
+void VynCharSetConverterSBCS::load() {
+    vyn::buildOnce(m_pForward, m_mutex, [this] { return m_pMap ? buildTables() : nullptr; });
+}
+
+unsigned short* VynCharSetConverterSBCS::buildTables() {
+    auto forward = std::make_unique<unsigned short[]>(byteValues);
+    auto reverse = std::make_unique<LookupTable<unsigned char>>();
+    vyn::forEachRecord(m_pMap, [&](unsigned short code, unsigned short unit) {
+        auto const byte = static_cast<unsigned char>(code);
+        forward[byte] = unit;
+        reverse->insert(unit, byte);
+    });
+    m_pReverse = reverse.release();
+    return forward.release();
+}
+
+unsigned long VynCharSetConverterSBCS::toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits,
+                                               ILLCHAR_OPTYPE op, bool* illegal, int maxSrc) {
+    load();
+    // Unlike the multibyte sets, this one reads nothing for a limit of 0.
+    unsigned long const room = maxSrc == 0 ? 0 : dstUnits;
+    SingleByteCodec const codec{m_pForward.load(std::memory_order_acquire), m_pReverse};
+    return vyn::decodeText(codec, dst, src, room, op, illegal, maxSrc);
+}
+
+unsigned long VynCharSetConverterSBCS::fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap,
+                                                 ILLCHAR_OPTYPE op, bool* illegal) {
+    load();
+    SingleByteCodec const codec{m_pForward.load(std::memory_order_acquire), m_pReverse};
+    return vyn::encodeText(codec, dst, src, dstCap, op, illegal);
+}
+
+unsigned long VynCharSetConverterSBCS::getNumUnits(void const* src, unsigned long len) {
+    return src ? strnlen(static_cast<char const*>(src), len) : 0;
+}
+
+unsigned long VynCharSetConverterSBCS::getNumBytes(unsigned short const* src, unsigned long len) {
+    return src ? vyn::unitLength(src, len) : 0;
+}
+
+unsigned int VynCharSetConverterSBCS::getMinUnitSize() const {
+    return 1;
+}
+unsigned int VynCharSetConverterSBCS::getMaxUnitSize() const {
+    return 1;
+}
+unsigned int VynCharSetConverterSBCS::getNullCharSize() const {
+    return 1;
+}

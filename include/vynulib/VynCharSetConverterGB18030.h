@@ -1,0 +1,47 @@
+#pragma once
+
+#include <vynulib/VynCharSetConverterMBCS.h>
+#include <vynulib/sGB18030Range.h>
+
+/// GB18030: one byte, two bytes by table, or four bytes by ranges (the rest of the Basic Multilingual Plane) and by
+/// arithmetic (beyond it).
+///
+/// A code of one or two bytes is its own key; four bytes have the key of their linear position, from 0x10000 on.
+/// `maxSrc` is not tested after a replaced multibyte sequence. Encoding ends, flag untouched, at a high surrogate
+/// without its low one. `getNumUnits` counts what the bytes decode to.
+class VYNULIB_API VynCharSetConverterGB18030 : public VynCharSetConverterMBCS {
+public:
+    /// See the base for `table`, which holds the codes of one and two bytes.
+    constexpr VynCharSetConverterGB18030(unsigned short const* table, VynCharSet cs) noexcept
+        : VynCharSetConverterMBCS(table, cs) {}
+
+    /// A converter that knows its map by name only and so has none.
+    constexpr VynCharSetConverterGB18030(char const* name, VynCharSet cs) noexcept
+        : VynCharSetConverterMBCS(name, cs) {}
+    ~VynCharSetConverterGB18030() override;
+
+    unsigned long getNumUnits(void const* src, unsigned long len) override;
+    unsigned long toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits, ILLCHAR_OPTYPE op,
+                          bool* illegal, int maxSrc) override;
+    unsigned long getNumBytes(unsigned short const* src, unsigned long len) override;
+    unsigned long fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap, ILLCHAR_OPTYPE op,
+                            bool* illegal) override;
+    unsigned int getMinUnitSize() const override;
+    unsigned int getMaxUnitSize() const override;
+    unsigned int getNullCharSize() const override;
+    void load() override;
+
+    /// Where the search for `key` among the ranges that map keys to UTF-16 begins: the record that holds it is this one
+    /// or one behind it, if any does. The record stays the library's.
+    sGB18030Range const* getGB2UniRange(unsigned int key);
+
+    /// The same for the UTF-16 unit `unit` among the ranges that map units to keys.
+    sGB18030Range const* getUni2GBRange(unsigned int unit);
+
+private:
+    using RangeIndex = sGB18030Range const*;
+
+    std::atomic<RangeIndex*> m_pGB2UniIndex{nullptr}; // 287 records, one for each 256 keys from 0x8100 on
+    std::atomic<RangeIndex*> m_pUni2GBIndex{nullptr}; // 512 records, one for each 128 units; published last
+    pthread_mutex_t m_indexMutex = PTHREAD_MUTEX_INITIALIZER;
+};

@@ -1,0 +1,44 @@
+#pragma once
+
+#include <vynulib/LookupTable.h>
+#include <vynulib/LookupTableEx.h>
+#include <vynulib/VynCharSetConverter.h>
+#include <vynulib/sMBCSExTable.h>
+
+#include <atomic>
+#include <pthread.h>
+
+/// As `VynCharSetConverterMBCS`, for sets with characters beyond the Basic Multilingual Plane.
+class VYNULIB_API VynCharSetConverterMBCSEx : public VynCharSetConverter {
+public:
+    /// `table`: records ended by {0, 0}. It must outlive the converter. Of two records with the same code or character
+    /// the later counts in that direction. A value above U+10FFFF is known to the decoder only.
+    constexpr VynCharSetConverterMBCSEx(sMBCSExTable const* table, VynCharSet cs) noexcept
+        : VynCharSetConverter(cs), m_pTable(table) {}
+
+    /// A converter that knows its map by name only and so has none.
+    constexpr VynCharSetConverterMBCSEx(char const* name, VynCharSet cs) noexcept
+        : VynCharSetConverter(cs), m_pName(name) {}
+
+    ~VynCharSetConverterMBCSEx() override;
+
+    /// Builds the tables, if they are not there yet. Conversions call it themselves.
+    virtual void load();
+
+protected:
+    using ForwardTable = LookupTable<unsigned int>;
+    using ReverseTable = LookupTableEx<unsigned short>;
+
+    /// Scalar value of each code. Null until `load`, and for good without a map.
+    ForwardTable* forwardTable() const noexcept { return m_pForward.load(std::memory_order_acquire); }
+
+    /// Code of each scalar value. There when the forward table is.
+    ReverseTable* reverseTable() const noexcept { return m_pReverse; }
+
+private:
+    [[maybe_unused]] char const* m_pName = nullptr;
+    std::atomic<ForwardTable*> m_pForward{nullptr}; // published last
+    ReverseTable* m_pReverse = nullptr;
+    sMBCSExTable const* m_pTable = nullptr;
+    pthread_mutex_t m_mutex = PTHREAD_MUTEX_INITIALIZER;
+};

@@ -1,0 +1,306 @@
+#include "tests/support/TableReference.h"
+
+#include <climits>
+#include <cstdlib>
+#include <iterator>
+#include <memory>
+#include <numeric>
+#include <random>
+#include <string>
+
+namespace {
+
+constexpr int noLimit = INT_MAX; // a source limit, never met: it keeps a byte set's decoder on its literal path
+constexpr unsigned long ampleForOne = 32;
+
+/// Room for whatever a text becomes: an escape in UTF-32 takes 24 bytes.
+template <class Element>
+unsigned long ampleFor(std::vector<Element> const& text) {
+    return 24 * text.size() + 24;
+}
+
+constexpr bool isHigh(unsigned unit) {
+    return (unit & 0xFC00) == 0xD800;
+}
+constexpr bool isLow(unsigned unit) {
+    return (unit & 0xFC00) == 0xDC00;
+}
+
+unsigned testSeed() {
+    char const* const given = std::getenv("VYNULIB_TEST_SEED");
+    return given ? static_cast<unsigned>(std::strtoul(given, nullptr, 0)) : 20260417;
+}
+
+class ConverterProperty : public testing::TestWithParam<VynCharSet> {
+protected:
+    ConverterProperty() {
+        for (TableSet const& set : tableSets())
+            if (set.cs == cs)
+                reference = std::make_unique<TableReference>(set);
+    }
+
+    unsigned anyOf(unsigned first, unsigned last) {
+        return std::uniform_int_distribution<unsigned>(first, last)(random);
+    }
+
+    /// Runs of characters of one kind each, whole and broken surrogate pairs among them.
+    Units anyUnits(unsigned length) {
+        constexpr unsigned kinds[][2] = {{0x01, 0x7F},       {0x20, 0x7E},      {0x80, 0x5FF},    {0x2000, 0x33FF},
+                                         {0x4E00, 0x9FFF},   {0xAC00, 0xD7A3},  {0xD800, 0xDFFF}, {0xE000, 0xFFFF},
+                                         {0x10000, 0x1FFFF}, {0x20000, 0x2A6FF}};
+        Units units;
+        while (units.size() < length) {
+            auto const& kind = kinds[anyOf(0, std::size(kinds) - 1)];
+            for (unsigned run = anyOf(1, 20); run != 0; --run) {
+                unsigned const scalar = anyOf(kind[0], kind[1]);
+                if (scalar > 0xFFFF)
+                    units.push_back(static_cast<unsigned short>((scalar >> 10) + 0xD7C0));
+                units.push_back(static_cast<unsigned short>(scalar > 0xFFFF ? 0xDC00 + scalar % 0x400 : scalar));
+            }
+        }
+        units.resize(length);
+        return units;
+    }
+
+    /// Encoded text, the same with some bytes spoilt, and noise.
+    Bytes anyBytes(unsigned length) {
+        Bytes bytes = kit.encode(anyUnits(length), length).output;
+        if (unsigned const kind = anyOf(0, 3); kind == 0)
+            for (unsigned char& byte : bytes)
+                byte = static_cast<unsigned char>(anyOf(1, 0xFF));
+        else if (kind > 1)
+            for (std::size_t at = anyOf(0, 20); at < bytes.size(); at += anyOf(1, 20))
+                bytes[at] = static_cast<unsigned char>(anyOf(anyOf(0, 1) != 0 ? 0x7F : 1, 0xFF));
+        bytes.resize(bytes.size() / unitSize * unitSize);
+        return bytes;
+    }
+
+    /// The characters of a text as the set takes them, up to a zero unit.
+    std::vector<Units> charactersOf(Units const& units) const {
+        bool const pairs = cs == VYNCS_UTF8 || cs == VYNCS_UTF32 || cs == VYNCS_GB18030 || cs == VYNCS_SJIS0213;
+        std::vector<Units> characters;
+        for (auto at = units.begin(); at != units.end() && *at != 0; at += std::ssize(characters.back()))
+            if (pairs && isHigh(at[0]) && units.end() - at > 1 && isLow(at[1]))
+                characters.push_back({at[0], at[1]});
+            else
+                characters.push_back({at[0]});
+        return characters;
+    }
+
+    /// What `decode` gives without a source limit, by way of one that is never met.
+    Converted<unsigned short> literallyDecoded(Bytes const& bytes, unsigned long room, ILLCHAR_OPTYPE op) {
+        if (cs == VYNCS_UTF16) // takes no limit for a limit of nothing
+            return {};
+        return kit.decode(bytes, room, {.op = op, .maxSrc = noLimit});
+    }
+
+    /// The text encoded one character at a time, each into the room that those before it leave.
+    class Pieces {
+    public:
+        Pieces(ConverterProperty& test, Units const& units, ILLCHAR_OPTYPE op) : m_minUnit(test.unitSize) {
+            for (Units const& one : test.charactersOf(units)) {
+                m_pieces.push_back(test.kit.encode(one, ampleForOne, {.op = op}));
+                if (m_pieces.back().output.empty()) // ends the text: nothing of it or behind it is written
+                    break;
+            }
+        }
+
+        Converted<unsigned char> fitting(unsigned long room) const {
+            Converted<unsigned char> text;
+            for (auto const& piece : m_pieces) {
+                if (room - text.output.size() < m_minUnit)
+                    break;
+                text.illegal |= piece.illegal;
+                if (piece.output.empty() || piece.output.size() > room - text.output.size())
+                    break;
+                text.output.insert(text.output.end(), piece.output.begin(), piece.output.end());
+            }
+            return text;
+        }
+
+    private:
+        std::vector<Converted<unsigned char>> m_pieces;
+        unsigned m_minUnit;
+    };
+
+    /// An escape of the UTF-8 set takes the unit behind it along, even a terminator: no policy for texts in general.
+    bool canEncodeAnyTextWith(ILLCHAR_OPTYPE op) const { return cs != VYNCS_UTF8 || op != ILLCHAR_ESCAPE; }
+
+    unsigned const seed = testSeed();
+    testing::ScopedTrace trace{__FILE__, __LINE__, "VYNULIB_TEST_SEED=" + std::to_string(seed)};
+    VynCharSet const cs = GetParam();
+    std::mt19937 random{seed + static_cast<unsigned>(cs)};
+    VynCharSetConverter& converter = *VynCharSetConverter::getConverter(cs);
+    unsigned const unitSize = converter.getMinUnitSize();
+    ConvertKit kit{converter};
+    std::unique_ptr<TableReference> reference; // of a table set
+};
+
+TEST_P(ConverterProperty, DecodesAsTheLiteralLoopInEveryRoom) {
+    for (int i = 0; i < 40 && !HasFailure(); ++i) {
+        Bytes const bytes = anyBytes(anyOf(0, 80));
+        for (ILLCHAR_OPTYPE const op : policies) {
+            Units const whole = literallyDecoded(bytes, ampleFor(bytes), op).output;
+            for (unsigned long room = 0; room <= whole.size() + 3; ++room) {
+                Converted<unsigned short> expected = literallyDecoded(bytes, room, op);
+                ASSERT_EQ(kit.decode(bytes, room, {.op = op}), expected);
+                ASSERT_EQ(kit.decode(bytes, room, {.op = op, .offset = 0}), expected);
+                if (reference) {
+                    ASSERT_EQ(reference->decode(bytes, room, {.op = op}), expected);
+                }
+                expected.illegal = false;
+                ASSERT_EQ(kit.decode(bytes, room, {.op = op, .withFlag = false}), expected);
+                // In UTF-8 a pair becomes U+FFFD in the last unit of room.
+                if (cs == VYNCS_UTF8 && !expected.output.empty() && expected.output.back() == 0xFFFD)
+                    expected.output.pop_back();
+                ASSERT_LE(expected.output.size(), whole.size());
+                ASSERT_TRUE(std::equal(expected.output.begin(), expected.output.end(), whole.begin()));
+            }
+        }
+    }
+}
+
+TEST_P(ConverterProperty, EndsAtTheSourceLimitBehindACharacter) {
+    for (int i = 0; i < 40 && !HasFailure(); ++i) {
+        Bytes const bytes = anyBytes(anyOf(0, 80));
+        auto const elements = static_cast<int>(bytes.size() / unitSize);
+        Converted<unsigned short> const whole = kit.decode(bytes, ampleFor(bytes), {.maxSrc = noLimit});
+        for (int limit = 0; limit <= elements + 1; ++limit) {
+            Units const upTo = kit.decode(bytes, ampleFor(bytes), {.maxSrc = limit}).output;
+            for (ILLCHAR_OPTYPE const op : policies) {
+                Call const call{.op = op, .maxSrc = limit};
+                Converted<unsigned short> const& decoded = kit.decode(bytes, ampleFor(bytes), call);
+                ASSERT_EQ(decoded, reference ? reference->decode(bytes, ampleFor(bytes), call) : decoded);
+            }
+            // A text that grows with the limit ended exactly at it: the rest is what follows.
+            if (limit == 0 || kit.decode(bytes, ampleFor(bytes), {.maxSrc = limit + 1}).output == upTo)
+                continue;
+            Bytes const rest(bytes.begin() + limit * static_cast<long>(unitSize), bytes.end());
+            Units joined = upTo;
+            Units const& restUnits = kit.decode(rest, ampleFor(rest), {.maxSrc = noLimit}).output;
+            joined.insert(joined.end(), restUnits.begin(), restUnits.end());
+            ASSERT_EQ(joined, whole.output) << limit;
+        }
+        ASSERT_EQ(kit.decode(bytes, ampleFor(bytes), {.maxSrc = std::max(elements, 1)}).output, whole.output);
+    }
+}
+
+TEST_P(ConverterProperty, EncodesAsCharacterByCharacterInEveryRoom) {
+    for (int i = 0; i < 40 && !HasFailure(); ++i) {
+        Units const units = anyUnits(anyOf(0, 80));
+        for (ILLCHAR_OPTYPE const op : policies) {
+            if (!canEncodeAnyTextWith(op))
+                continue;
+            Pieces const pieces(*this, units, op);
+            unsigned long const size = kit.encode(units, ampleFor(units), {.op = op}).output.size();
+            for (unsigned long room = 0; room <= size + 5; ++room) {
+                Converted<unsigned char> expected = kit.encode(units, room, {.op = op});
+                ASSERT_EQ(pieces.fitting(room), expected) << room;
+                if (reference) {
+                    ASSERT_EQ(reference->encode(units, room, op), expected) << room;
+                }
+                ASSERT_EQ(kit.encode(units, room, {.op = op, .offset = 0}), expected);
+                expected.illegal = false;
+                ASSERT_EQ(kit.encode(units, room, {.op = op, .withFlag = false}), expected);
+            }
+        }
+    }
+}
+
+TEST_P(ConverterProperty, CountsWhatItConverts) {
+    for (int i = 0; i < 200 && !HasFailure(); ++i) {
+        Units const units = anyUnits(anyOf(1, 80));
+        unsigned long needed = kit.encode(units, ampleFor(units)).output.size();
+        // Where pairs are looked for, a high surrogate at the end is replaced but not counted. (GB18030 ends before
+        // it.)
+        if (isHigh(units.back()) && (cs == VYNCS_UTF8 || cs == VYNCS_UTF32 || cs == VYNCS_SJIS0213))
+            needed -= unitSize;
+        ASSERT_EQ(kit.countBytes(units), needed);
+        Bytes const bytes = anyBytes(anyOf(1, 80));
+        if (reference) {
+            ASSERT_EQ(kit.countUnits(bytes), reference->countUnits(bytes));
+        }
+        // A count that is bounded looks at nothing behind, and is that of a text which ends there.
+        for (auto rest = units; !rest.empty(); rest.pop_back())
+            ASSERT_EQ(kit.countBytes(rest, false), kit.countBytes(rest));
+        for (auto rest = bytes; !rest.empty(); rest.resize(rest.size() - unitSize))
+            ASSERT_EQ(kit.countUnits(rest, false), kit.countUnits(rest));
+    }
+}
+
+TEST_P(ConverterProperty, TakesIrregularitiesAtEveryPlace) {
+    // Every place of a block, and those about the ends of what is scanned at a time.
+    std::vector<unsigned> places(66);
+    std::iota(places.begin(), places.end(), 0U);
+    places.insert(places.end(), {2046, 2047, 2048, 4094, 4095, 4096, 4097});
+    Units const fillers[] = {{'a'}, {0xE9}, {0x3042}, {0x4E00}, {0xD55C}, {0xD83D, 0xDE00}};
+    Units const oddities[] = {{0}, {0x7F}, {0xFFFE}, {0xD800}, {0xDC00}, {0xD840, 0xDC0B}, {'U', '+', '0'}, {0x20AC}};
+    for (Units const& filler : fillers)
+        for (unsigned const place : places) {
+            Units units;
+            while (units.size() < place + 40)
+                units.insert(units.end(), filler.begin(), filler.end());
+            auto const op = policies[anyOf(0, 2)];
+            Bytes bytes = kit.encode(units, ampleFor(units)).output;
+            std::size_t const at = std::min<std::size_t>(place * unitSize, bytes.size() - unitSize);
+            bytes[at] = static_cast<unsigned char>(anyOf(0, 3) != 0 ? anyOf(0x7F, 0xFF) : anyOf(0, 0x7E));
+            for (unsigned long const room : {bytes.size() + 8, bytes.size(), units.size(), place + 1UL})
+                ASSERT_EQ(kit.decode(bytes, room, {.op = op}), literallyDecoded(bytes, room, op)) << place;
+
+            Units const& oddity = oddities[anyOf(0, std::size(oddities) - 1)];
+            std::copy(oddity.begin(), oddity.end(), units.begin() + place);
+            if (canEncodeAnyTextWith(op)) {
+                ASSERT_EQ(kit.encode(units, ampleFor(units), {.op = op}),
+                          Pieces(*this, units, op).fitting(ampleFor(units)))
+                    << place;
+            }
+        }
+}
+
+TEST_P(ConverterProperty, ConvertsAlikeAtEveryAlignment) {
+    for (int i = 0; i < 10 && !HasFailure(); ++i) {
+        Units const units = anyUnits(anyOf(60, 200));
+        Bytes const bytes = anyBytes(200);
+        auto const encoded = kit.encode(units, ampleFor(units));
+        auto const decoded = kit.decode(bytes, ampleFor(bytes));
+        for (int offset = 0; offset < 64; ++offset) {
+            ASSERT_EQ(kit.encode(units, encoded.output.size() + 7, {.offset = offset}), encoded) << offset;
+            ASSERT_EQ(kit.decode(bytes, decoded.output.size() + 7, {.offset = offset}), decoded) << offset;
+        }
+    }
+}
+
+TEST_P(ConverterProperty, GivesBackWhatItEncodes) {
+    unsigned long compared = 0;
+    for (int i = 0; i < 40 && !HasFailure(); ++i) {
+        Units units;
+        for (Units const& one : charactersOf(anyUnits(300))) {
+            Bytes const code = kit.encode(one, ampleForOne, {.op = ILLCHAR_STOP}).output;
+            // Some codes of the double-byte sets can be encoded only.
+            if (!code.empty() && (!reference || reference->decode(code, ampleForOne, {}).output == one))
+                units.insert(units.end(), one.begin(), one.end());
+        }
+        auto const encoded = kit.encode(units, ampleFor(units), {.op = ILLCHAR_STOP});
+        ASSERT_FALSE(encoded.illegal);
+        // Where the room is met first, the end of the source is not looked at.
+        ASSERT_EQ(kit.encode(units, encoded.output.size(), {.terminated = false}), encoded);
+        for (bool const terminated : {true, false})
+            for (int const maxSrc : {cs == VYNCS_UTF16 ? noLimit : -1, noLimit})
+                ASSERT_EQ(kit.decode(encoded.output, units.size(), {.maxSrc = maxSrc, .terminated = terminated}).output,
+                          units);
+        compared += units.size();
+    }
+    EXPECT_GT(compared, 1000UL);
+}
+
+std::vector<VynCharSet> allSets() {
+    std::vector<VynCharSet> sets{VYNCS_UTF8, VYNCS_UTF16, VYNCS_UTF16ESC, VYNCS_UTF32};
+    for (TableSet const& set : tableSets())
+        sets.push_back(set.cs);
+    return sets;
+}
+
+INSTANTIATE_TEST_SUITE_P(Sets, ConverterProperty, testing::ValuesIn(allSets()),
+                         [](auto const& test) { return VynCharSetToString(test.param); });
+
+} // namespace

@@ -1,0 +1,28 @@
+#include "tests/support/FailingAllocation.h"
+
+#include <cstdlib>
+#include <new>
+
+bool memoryIsOut = false;
+
+// Arrays on their own too: a sanitizer's operator for them does not come here.
+void* operator new(std::size_t size) {
+    if (void* const memory = memoryIsOut ? nullptr : std::malloc(size))
+        return memory;
+    throw std::bad_alloc();
+}
+void* operator new[](std::size_t size) {
+    return operator new(size);
+}
+void operator delete(void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory) noexcept {
+    std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
+void operator delete[](void* memory, std::size_t) noexcept {
+    std::free(memory);
+}
