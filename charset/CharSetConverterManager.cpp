@@ -1,0 +1,91 @@
+#include <vynulib/CharSetConverterManager.h>
+
+#include "charset/StaticConverters.h"
+
+#include <atomic>
+
+namespace {
+
+struct CharSetName {
+    VynCharSet cs;
+    char const* name;
+};
+
+constexpr CharSetName charSetNames[] = {
+#define VYN_CHARSET_NAME(name, number) {name, #name},
+    VYN_CHARSETS(VYN_CHARSET_NAME)
+#undef VYN_CHARSET_NAME
+};
+
+// Threads that race for the first use store the same value.
+constinit std::atomic<VynCharSetConverter*> cachedUtf8Converter{nullptr};
+constinit std::atomic<VynCharSetConverter*> cachedOsDefaultConverter{nullptr};
+
+VynCharSetConverter* cached(std::atomic<VynCharSetConverter*>& cache, VynCharSet cs) {
+    VynCharSetConverter* converter = cache.load(std::memory_order_relaxed);
+    if (!converter) {
+        converter = g_oCnvtMgr.getConverter(cs);
+        cache.store(converter, std::memory_order_relaxed);
+    }
+    return converter;
+}
+
+} // namespace
+
+VynCharSetConverter* VynCharSetConverter::getConverter(VynCharSet cs) {
+    if (cs == VYNCS_UTF8)
+        return cached(cachedUtf8Converter, cs);
+    if (cs == VYNCS_OS_DEFAULT)
+        return cached(cachedOsDefaultConverter, cs);
+    return g_oCnvtMgr.getConverter(cs);
+}
+
+CharSetConverterManager::CharSetConverterManager() {
+    initLocaleMap();
+    m_eDefaultCharSet = getDefaultCharSet();
+    for (VynCharSetConverter* converter : vyn::staticConverters())
+        insert(converter->m_eCharSet, converter, true);
+    for (CharSetName const& row : charSetNames)
+        insertCharSetMap(row.cs, VynUString(row.name, VYNCS_UTF8));
+    // A name is rendered once and for all here, so that looking it up only reads.
+    for (auto& [cs, name] : m_oCharSetNameMap)
+        name.c_str(VYNCS_ISO_8859_1);
+}
+
+CharSetConverterManager::~CharSetConverterManager() {
+    for (auto const& [cs, info] : m_oConverterMap)
+        if (!info.m_bStatic)
+            delete info.m_pConverter;
+}
+
+void CharSetConverterManager::insert(VynCharSet cs, VynCharSetConverter* conv, bool isStatic) {
+    m_oConverterMap.try_emplace(cs, ConverterInfo{isStatic, conv});
+}
+
+void CharSetConverterManager::insertCharSetMap(VynCharSet cs, VynUString const& name) {
+    m_oNameMap.try_emplace(name, cs);
+    m_oCharSetNameMap.try_emplace(cs, name);
+}
+
+VynCharSetConverter* CharSetConverterManager::getConverter(VynCharSet cs) {
+    if (cs == VYNCS_OS_DEFAULT)
+        cs = m_eDefaultCharSet;
+    auto const found = m_oConverterMap.find(cs);
+    return found != m_oConverterMap.end() ? found->second.m_pConverter : load(cs);
+}
+
+VynCharSetConverter* CharSetConverterManager::load(VynCharSet) {
+    return vyn::staticUtf8Converter();
+}
+
+char const* CharSetConverterManager::charSetToString(VynCharSet cs) {
+    auto const found = m_oCharSetNameMap.find(cs);
+    return found != m_oCharSetNameMap.end() ? found->second.c_str(VYNCS_ISO_8859_1) : "VYNCS_OS_DEFAULT";
+}
+
+VynCharSet CharSetConverterManager::charSetFromString(char const* name) {
+    if (!name || *name == '\0')
+        return VYNCS_OS_DEFAULT;
+    auto const found = m_oNameMap.find(VynUString(name, VYNCS_ISO_8859_1));
+    return found != m_oNameMap.end() ? found->second : VYNCS_OS_DEFAULT;
+}

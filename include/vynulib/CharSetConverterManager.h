@@ -1,0 +1,61 @@
+#pragma once
+
+#include <vynulib/VynCharSetConverter.h>
+#include <vynulib/VynUString.h>
+
+#include <map>
+
+/// A registered converter.
+struct ConverterInfo {
+    bool m_bStatic;                    ///< False: the registry deletes the converter when it is destroyed itself.
+    VynCharSetConverter* m_pConverter; ///< The converter.
+};
+
+/// The registry: which converter serves which set, the sets' names, and the default set.
+///
+/// Filled when it is constructed, which for the library's own `g_oCnvtMgr` is when the library is loaded, and only read
+/// afterwards: lookups need no lock. `insert` and `insertCharSetMap` must not run beside them.
+class VYNULIB_API CharSetConverterManager {
+public:
+    /// Registers the library's converters and names, and detects the default set. Throws `std::bad_alloc`.
+    CharSetConverterManager();
+    CharSetConverterManager(CharSetConverterManager const&) = delete;
+    CharSetConverterManager& operator=(CharSetConverterManager const&) = delete;
+    ~CharSetConverterManager();
+
+    /// Registers `conv` for `cs`. Does nothing if the set is served already: the converter is then not taken over
+    /// either.
+    void insert(VynCharSet cs, VynCharSetConverter* conv, bool isStatic);
+
+    /// Registers `name` for `cs`, in both directions; a name or set that is there already keeps what it has.
+    void insertCharSetMap(VynCharSet cs, VynUString const& name);
+
+    /// The converter that serves `cs`, never null; see `VynCharSetConverter::getConverter`.
+    VynCharSetConverter* getConverter(VynCharSet cs);
+
+    /// Answers for a set that is not registered: the UTF-8 converter.
+    VynCharSetConverter* load(VynCharSet cs);
+
+    /// See `VynCharSetToString`; the text lives as long as this registry.
+    char const* charSetToString(VynCharSet cs);
+
+    /// See `VynCharSetFromString`.
+    VynCharSet charSetFromString(char const* name);
+
+    /// Fills the table of locale codeset names. Part of the construction.
+    void initLocaleMap();
+
+    /// Detects the set of the process's locale, from the environment variable `LANG` or else `setlocale`; ISO 8859-1
+    /// where that names none that is known. Detects anew at each call and changes nothing.
+    VynCharSet getDefaultCharSet();
+
+private:
+    std::map<VynUString, VynCharSet> m_oLocaleMap; // by codeset name in upper case, without '-'
+    VynCharSet m_eDefaultCharSet = VYNCS_ISO_8859_1;
+    std::map<VynCharSet, ConverterInfo> m_oConverterMap;
+    std::map<VynUString, VynCharSet> m_oNameMap;
+    std::map<VynCharSet, VynUString> m_oCharSetNameMap;
+};
+
+/// The one registry of the library.
+extern VYNULIB_API CharSetConverterManager g_oCnvtMgr;
