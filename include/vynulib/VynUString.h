@@ -1,0 +1,341 @@
+#pragma once
+
+#include <vynulib/VynBSTR.h>
+#include <vynulib/VynCharSet.h>
+#include <vynulib/VynPascalString.h>
+
+#include <iosfwd>
+
+class VynUStringList;
+
+/// A string of UTF-16 units in the machine's byte order, always followed by a zero unit.
+///
+///     VynUString name("caf\xC3\xA9", VYNCS_UTF8);
+///     name.toUpper(false);
+///     std::puts((name + ".txt").c_str(VYNCS_ISO_8859_1));
+///
+/// - Lengths, positions and counts are in 16-bit units, numbered from 0; a surrogate pair is two units. `npos` as a
+///   count means "to the end", as a result "not found".
+/// - Zero units may stand inside a text (a `VynBSTR` or two pointers bring them in). Comparisons, and conversions to
+///   bytes, end at the first of them; everything else goes by the length.
+/// - Up to 257 units live in the object itself; more take a heap array of exactly the size asked for. The capacity never
+///   shrinks through editing.
+/// - Byte text is converted by the converter of its character set; what can't be converted becomes U+FFFD on the way in
+///   and "?" on the way out. Where a member takes no set, bytes are in `VYNCS_OS_DEFAULT`.
+/// - `c_str` keeps the bytes it made with the string. Every operation that changes the text releases them, but for
+///   `operator=(char)`.
+/// - Null pointers and empty inputs are not errors: they make empty strings. Arguments may point into the string's own
+///   text. A position that is an error throws `std::out_of_range` ("invalid string index given"), a length
+///   `std::length_error` ("exceed maximum string length"), both before anything changes; memory that runs out throws
+///   `std::bad_alloc`.
+/// - One string must not be used by two threads at once, unless both only call const members.
+class VYNULIB_API VynUString {
+public:
+    /// As a count: to the end or to the terminator. As a result: not found.
+    static constexpr unsigned long npos = ~0UL;
+
+    /// Which ends `trim` works on.
+    enum TrimCmd : int { TRIM_LEADING = 1, TRIM_TRAILING = 2, TRIM_BOTH = TRIM_LEADING | TRIM_TRAILING };
+
+    /// What `trim` removes.
+    enum TrimTarget : int {
+        TRIM_WHITESPACE = 0,                 ///< Units of the class white space (see `VynUChar`).
+        TRIM_SPACE = 1,                      ///< U+0020 only.
+        TRIM_WHITESPACE_AND_UNCLASSIFIED = 2 ///< White space and units without any class, such as most controls.
+    };
+
+    /// Where a string keeps its text and its cached byte text. Of interest only to the storage operations.
+    struct Representation {
+        unsigned int m_uHeap;        ///< 1: the text is a heap array of this string; 0: it is in the object.
+        unsigned short* m_pText;     ///< The first unit.
+        unsigned long m_ulLength;    ///< In units, terminator not counted.
+        unsigned long m_ulCapacity;  ///< Units that fit beside the terminator.
+        char* m_pSecText;            ///< What `c_str` made last, or null.
+        unsigned long m_ulSecLength; ///< Bytes of it, terminator not counted; means nothing without it.
+        VynCharSet m_eSecCharSet;    ///< The set of it; means nothing without it.
+    };
+
+    /// @name Construction
+    /// A length beyond what fits in the object reserves exactly as many units as are counted before converting.
+    /// @{
+    VynUString() noexcept;
+    VynUString(VynUString const& o);
+    VynUString(VynUString&& o) noexcept; ///< Takes over heap array and cached byte text; `o` becomes empty.
+
+    /// Up to `n` units of `o` from position `p`; empty where `p` is at or past the end.
+    VynUString(VynUString const& o, unsigned long p, unsigned long n = npos);
+
+    /// One byte. Empty where `c` is 0 or not a whole character of the set.
+    VynUString(char c, VynCharSet cs = VYNCS_OS_DEFAULT);
+
+    /// The text of `m` bytes `c`; empty where `c` is 0.
+    VynUString(char c, unsigned long m, VynCharSet cs = VYNCS_OS_DEFAULT);
+
+    VynUString(unsigned short u);                  ///< One unit; empty where it is 0.
+    VynUString(unsigned short u, unsigned long m); ///< `m` units `u`; empty where `u` is 0.
+    VynUString(int i);                             ///< The decimal digits of `i`, behind a '-' where it is negative.
+
+    /// Byte text up to its terminator. As many units are converted as the set's converter counts characters
+    /// (`VynCharSetConverter::getNumUnits`), hence none in `VYNCS_UTF16`: give UTF-16 as `unsigned short const*`.
+    VynUString(char const* s, VynCharSet cs = VYNCS_OS_DEFAULT);
+
+    /// As many units of byte text as there are characters in its first `len` bytes. The text must have a terminator all
+    /// the same: where malformed bytes make no unit, reading goes on beyond `len`, up to that terminator.
+    VynUString(char const* s, unsigned long len, VynCharSet cs = VYNCS_OS_DEFAULT);
+
+    VynUString(unsigned short const* s);                          ///< Up to the zero unit, less than 2^31 units.
+    VynUString(unsigned short const* s, unsigned long n);         ///< `n` units, or fewer up to a zero unit.
+    VynUString(unsigned short const* f, unsigned short const* l); ///< All units of `[f, l)`, zero units included.
+    VynUString(VynPascalString const& p, VynCharSet cs = VYNCS_OS_DEFAULT);
+    VynUString(VynPascalString const* p, VynCharSet cs = VYNCS_OS_DEFAULT);
+    VynUString(VynBSTR const& b); ///< All its units, zero units included.
+    VynUString(VynBSTR const* b);
+    /// @}
+
+    virtual ~VynUString();
+
+    /// @name Assignment
+    /// The capacity grows to what the new text needs and stays if it suffices. A null pointer or an empty text erases.
+    /// @{
+    VynUString& operator=(VynUString const& o) { return assign(o); }
+    VynUString& operator=(VynUString&& o) noexcept; ///< Takes over heap array and cached byte text; `o` becomes empty.
+    VynUString& operator=(VynPascalString const* p);
+    VynUString& operator=(VynBSTR const& b);
+    VynUString& operator=(unsigned short const* s);
+    VynUString& operator=(char const* s);
+    VynUString& operator=(unsigned short u);
+
+    /// Keeps the cached byte text, so that `c_str` in the same set still gives the old one.
+    VynUString& operator=(char c);
+
+    /// Copies the text of `o`. Sets the storage up anew first: **a heap array that this string held is let go of, not
+    /// released**. Where that matters, assign an rvalue (`s = VynUString(o)`), which releases it. Of itself: nothing.
+    VynUString& assign(VynUString const& o);
+
+    /// Exchanges the texts. Both strings lose their cached byte text and get the capacity of a copy.
+    VynUString& swap(VynUString& o);
+
+    /// Makes the string empty and keeps the capacity.
+    VynUString& erase();
+    /// @}
+
+    /// @name Access
+    /// @{
+    unsigned long length() const noexcept { return m_oRep.m_ulLength; }
+    unsigned long capacity() const noexcept { return m_oRep.m_ulCapacity; } ///< Units that fit without a new array.
+    bool empty() const noexcept { return m_oRep.m_ulLength == 0; }
+
+    /// The units and the zero unit behind them. Valid until the string is changed or destroyed.
+    unsigned short const* data() const noexcept { return m_oRep.m_pText; }
+
+    unsigned short& at(unsigned long i); ///< Throws for `i` at or past the end. Writing keeps the cached byte text.
+    unsigned short const& at(unsigned long i) const;
+
+    /// The `i`-th code point, in the cached byte text of `VYNCS_UTF32`: writing to it does not change the string.
+    /// Throws for `i` at or past `numChars`. Valid as long as what `c_str` returns.
+    unsigned int& at_utf32(unsigned long i);
+
+    /// The code points; a surrogate pair is one.
+    unsigned long numChars() const;
+    /// @}
+
+    /// @name Conversion to bytes
+    /// @{
+    /// The bytes that the text needs in `cs`, terminator not counted.
+    unsigned long length(VynCharSet cs) const;
+
+    /// The text in `cs`, with that set's terminator. The bytes are the string's: they stay valid until the text is
+    /// changed, until `c_str` is called with another set and until the string is destroyed. A second call with the same
+    /// set converts nothing.
+    char const* c_str(VynCharSet cs = VYNCS_OS_DEFAULT);
+
+    /// Writes at most `size` bytes of the text in `cs`, no character in part, and the terminator of the set behind them:
+    /// **`dst` needs room for `size` and the terminator** (`GetNullCharSize`). Returns the bytes, terminator not
+    /// counted. With null `dst`, `size` 0 or an empty string: writes nothing, not even the terminator, and returns 0.
+    unsigned long copy(char* dst, unsigned long size, VynCharSet cs = VYNCS_OS_DEFAULT) const;
+
+    /// Copies at most `size` units and no terminator. Returns the units.
+    unsigned long copy(unsigned short* dst, unsigned long size) const;
+
+    /// Writes as many whole characters in `cs` as take 255 bytes. Returns the bytes; null `dst` gives 0.
+    unsigned long copy(VynPascalString* dst, VynCharSet cs = VYNCS_OS_DEFAULT) const;
+
+    /// Writes `length() % 65536` units, at most `max`. Returns the units; null `dst` gives 0.
+    unsigned long copy(VynBSTR* dst, unsigned long max = npos) const;
+    /// @}
+
+    /// @name Editing
+    /// @{
+    VynUString& trim(TrimCmd cmd, TrimTarget target);
+
+    /// Cuts to `n` units or fills up to them with the text of bytes `c`; where that makes fewer units, what the storage
+    /// held before shows behind a zero unit. **Beyond the capacity the old text is lost**: all is fill then.
+    void resize(unsigned long n, char c, VynCharSet cs = VYNCS_OS_DEFAULT);
+
+    /// Cuts to `n` units or fills up to them with `u`. **Beyond the capacity the old text is lost**: all is fill then.
+    void resize(unsigned long n, unsigned short u);
+
+    VynUString left(unsigned long n) const; ///< The first `n` units; throws where there are fewer.
+
+    /// `n` units from `p`; throws where there are fewer. To the end with `npos`, where `p` may be anything.
+    VynUString mid(unsigned long p, unsigned long n = npos) const;
+
+    /// Replaces up to `n` units from `p` by up to `k` units of `s` from `q`. Throws for `p` or `q` past the end.
+    VynUString& replace(unsigned long p, unsigned long n, VynUString const& s, unsigned long q, unsigned long k = npos);
+
+    /// Replaces `[f, l)` of this string's own text by `s`. Throws for a pointer outside it. `f` behind `l` means
+    /// everything from `f` on.
+    VynUString& replace(unsigned short const* f, unsigned short const* l, VynUString const& s);
+
+    /// Removes up to `n` units from `p`. Throws for `p` past the end, but never for an empty string.
+    VynUString& erase(unsigned long p, unsigned long n = npos);
+    /// @}
+
+    /// @name Concatenation
+    /// The operators with something else on the left stand behind the class.
+    /// @{
+    VynUString operator+(char c) const;
+    VynUString operator+(unsigned short u) const;
+    VynUString operator+(char const* s) const;
+    VynUString operator+(unsigned short const* s) const;
+    VynUString operator+(VynUString const& s) const;
+    /// @}
+
+    /// @name Case
+    /// In place and unit by unit, so that the length stays: U+00DF has no upper case, surrogate pairs have none at all.
+    /// @{
+    void toUpper(bool asciiOnly);
+    void toLower(bool asciiOnly);
+    /// @}
+
+    /// @name Comparison
+    /// At most `n` units, up to the first zero unit: -1, 0 or 1 as the first text sorts before, with or behind the
+    /// second. The order is that of the unit values (so surrogate pairs sort below U+E000); the forms without case
+    /// compare each differing unit in its upper case. A null text sorts before any other.
+    /// @{
+    int canonicalCompare(unsigned short const* a, unsigned short const* b, unsigned long n = npos) const;
+    int canonicalCompareNoCase(unsigned short const* a, unsigned short const* b, unsigned long n = npos) const;
+    int compare(VynUString const& other, unsigned long n = npos) const;
+    int compareNoCase(VynUString const& other, unsigned long n = npos) const;
+    bool operator<(VynUString const& other) const;
+    /// @}
+
+    /// @name Search
+    /// Positions of the result; `npos` where nothing is found.
+    /// @{
+    /// The first unit `c` at `pos` or behind it. A zero unit is never found.
+    unsigned long find(unsigned short c, unsigned long pos = 0) const;
+
+    /// The last unit `c` at `pos` or before it. **For `pos` at or past the end, and for a zero unit, this is always
+    /// `length() - 1`**, whatever stands there: to search the whole string, start from that position.
+    unsigned long rfind(unsigned short c, unsigned long pos = npos) const;
+
+    /// The first occurrence of `s` that starts at `pos` or behind it. An empty `s` is never found. A zero unit in `s`
+    /// behind its first unit must be met as well, but what follows it in `s` counts for nothing beyond its length.
+    unsigned long find(VynUString const& s, unsigned long pos = 0) const;
+
+    /// The last occurrence of `s` that starts at `pos` or before it; otherwise as `find`.
+    unsigned long rfind(VynUString const& s, unsigned long pos = npos) const;
+    /// @}
+
+    /// @name Splitting
+    /// The fields between separators, as the constructors of `VynUStringList` make them: consecutive separators give
+    /// empty fields, one at the end gives none behind it. A zero or empty separator gives one field, the whole text.
+    /// @{
+    VynUStringList split(unsigned short separator) const;
+    VynUStringList split(VynUString const& separator) const;
+    VynUStringList split(char separator, VynCharSet cs = VYNCS_OS_DEFAULT) const;
+    /// @}
+
+    /// @name Storage
+    /// What the other operations are made of. The first three release nothing: they are for a string that holds neither
+    /// a heap array nor a cached byte text.
+    /// @{
+    Representation* SetupSpace();                ///< Makes the string empty and inline. Returns its representation.
+    Representation* SetupSpace(unsigned long n); ///< The same, then makes room for `n` units.
+    void initForAlloc();                         ///< `SetupSpace()`, and notes the result as this string's own.
+
+    /// Makes room for `n` units: nothing if they fit already, otherwise **the old text is discarded** and the capacity
+    /// becomes exactly `n`. Throws `std::bad_alloc` (`std::bad_array_new_length` where `n` is too large for any array)
+    /// and then leaves the string as it was.
+    void AssureSpace(unsigned long n);
+    void assureSize(unsigned long n) { AssureSpace(n); }
+
+    void freeSecText(); ///< Releases the cached byte text.
+    /// @}
+
+private:
+    static constexpr unsigned long inlineCapacity = 257;
+    static constexpr unsigned long maxLength = npos - 1;
+
+    [[noreturn]] static void range_error();
+    [[noreturn]] static void length_error();
+
+    void releaseText() noexcept;
+    void takeOver(VynUString& o) noexcept;
+    bool makeRoom(unsigned long n);
+    void endTextAt(unsigned long n) noexcept;
+    void endFillAt(unsigned long n, bool fresh) noexcept;
+    void fill(unsigned short const* units, unsigned long n);
+    void convert(void const* bytes, unsigned long byteCount, VynCharSet cs, int maxSrc);
+    void convertUnterminated(char const* bytes, unsigned long byteCount, VynCharSet cs, int maxSrc);
+    bool prepareResize(unsigned long n);
+    void replaceInNewArray(unsigned long p, unsigned long removed, unsigned short const* source,
+                           unsigned long inserted);
+    void replaceInPlace(unsigned long p, unsigned long removed, VynUString const& s, unsigned long q,
+                        unsigned long inserted);
+
+    Representation* m_pRep; // always &m_oRep
+    Representation m_oRep;
+    unsigned short m_aInline[inlineCapacity + 1];
+    unsigned int m_uInlineWritten = 0; // units of m_aInline that were ever written: no others may be shown
+};
+
+/// @name Concatenation with something else on the left
+/// @{
+VYNULIB_API VynUString operator+(char c, VynUString const& s);
+VYNULIB_API VynUString operator+(unsigned short u, VynUString const& s);
+VYNULIB_API VynUString operator+(char const* left, VynUString const& s);
+VYNULIB_API VynUString operator+(unsigned short const* left, VynUString const& s);
+/// @}
+
+/// @name Comparison operators
+/// As `VynUString::compare` decides; a null pointer is an empty string.
+/// @{
+VYNULIB_API bool operator==(VynUString const& a, VynUString const& b);
+VYNULIB_API bool operator!=(VynUString const& a, VynUString const& b);
+
+VYNULIB_API bool operator==(char const* a, VynUString const& b);
+VYNULIB_API bool operator!=(char const* a, VynUString const& b);
+VYNULIB_API bool operator<(char const* a, VynUString const& b);
+VYNULIB_API bool operator>(char const* a, VynUString const& b);
+VYNULIB_API bool operator<=(char const* a, VynUString const& b);
+VYNULIB_API bool operator>=(char const* a, VynUString const& b);
+
+VYNULIB_API bool operator==(unsigned short const* a, VynUString const& b);
+VYNULIB_API bool operator!=(unsigned short const* a, VynUString const& b);
+VYNULIB_API bool operator<(unsigned short const* a, VynUString const& b);
+VYNULIB_API bool operator>(unsigned short const* a, VynUString const& b);
+VYNULIB_API bool operator<=(unsigned short const* a, VynUString const& b);
+VYNULIB_API bool operator>=(unsigned short const* a, VynUString const& b);
+/// @}
+
+/// @name Streams
+/// Bytes are in `VYNCS_OS_DEFAULT`. The readers empty the string first, report only through the stream's state, reset
+/// its width to 0 and read at most width - 1 bytes where the width is not 0. A byte 0xFF ends the input as its end
+/// does; where no byte was stored, failbit is set. What the stream's buffer throws counts as failure and is not passed
+/// on.
+/// @{
+
+/// Inserts the text up to its first zero unit; width and fill apply.
+VYNULIB_API std::ostream& operator<<(std::ostream& out, VynUString const& s);
+
+/// Skips white space and reads a word up to the next white space, which stays in the stream.
+VYNULIB_API std::istream& operator>>(std::istream& in, VynUString& s);
+
+/// Reads up to `delimiter`, which is taken from the stream and not stored. An empty line sets failbit.
+VYNULIB_API std::istream& getline(std::istream& in, VynUString& s, char delimiter);
+
+/// Reads up to a carriage return (not: line feed).
+VYNULIB_API std::istream& getline(std::istream& in, VynUString& s);
+/// @}

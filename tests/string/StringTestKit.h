@@ -1,0 +1,43 @@
+#pragma once
+
+#include <vynulib/VynUString.h>
+
+#include <exception>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+/// A string of exactly these units, zero units included, in a capacity that just fits.
+inline VynUString makeString(std::u16string const& text) {
+    std::vector<unsigned short> const units(text.begin(), text.end());
+    return VynUString(units.data(), units.data() + units.size());
+}
+
+/// All units of a string.
+inline std::u16string textOf(VynUString const& string) {
+    return std::u16string(string.data(), string.data() + string.length());
+}
+
+/// Of the leak checker, where there is one.
+extern "C" void __lsan_ignore_object(void const* object) __attribute__((weak));
+
+/// Tells the leak checker that the string is about to be assigned to, which lets go of its heap array on purpose.
+inline void expectAbandoned(VynUString const& string) {
+    if (__lsan_ignore_object && string.capacity() > VynUString().capacity())
+        __lsan_ignore_object(string.data());
+}
+
+/// What became of an action: "done", or the kind and the text of its exception.
+template <class Action>
+std::string outcomeOf(Action action) {
+    try {
+        action();
+        return "done";
+    } catch (std::out_of_range const& e) {
+        return std::string("out_of_range: ") + e.what();
+    } catch (std::length_error const& e) {
+        return std::string("length_error: ") + e.what();
+    } catch (std::exception const& e) {
+        return std::string("exception: ") + e.what();
+    }
+}
