@@ -1,0 +1,28 @@
+# How the project's own targets are compiled.
+
+# Language level, private include path and warnings: every target of the project.
+function(vynulib_compile target)
+  target_compile_features(${target} PRIVATE cxx_std_20)
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+  # -iquote, not an include directory: the folder string/ must not hide <string>.
+  target_compile_options(${target} PRIVATE "SHELL:-iquote \"${PROJECT_SOURCE_DIR}\"")
+  if(VYNULIB_WARNINGS)
+    target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
+  endif()
+  if(VYNULIB_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=${VYNULIB_SANITIZE} -fno-sanitize-recover=all
+                                             -fno-omit-frame-pointer)
+    target_link_options(${target} PRIVATE -fsanitize=${VYNULIB_SANITIZE})
+  endif()
+endfunction()
+
+# What goes into the shared library: only what is exported by name is visible, and it can be unloaded.
+function(vynulib_compile_as_library target)
+  vynulib_compile(${target})
+  set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
+                                             VISIBILITY_INLINES_HIDDEN ON)
+  target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+                                              $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  # A unique symbol pins the library in memory: dlclose could never unload it.
+  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+endfunction()

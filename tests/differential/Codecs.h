@@ -1,0 +1,25 @@
+#pragma once
+
+#include <vynulib/VynCharSetConverter.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+using Text = std::optional<std::u16string>;
+using Code = std::optional<std::string>;
+
+/// Converts one character at a time, strictly: what is no whole, valid, mapped character has no result.
+struct Codec {
+    std::function<Text(std::string const& code)> decode;
+    std::function<Code(std::u16string const& text)> encode;
+};
+
+Codec libraryCodec(VynCharSet set);
+
+/// Nothing where the peer has no converter of that name.
+std::optional<Codec> icuCodec(char const* name);
+std::optional<Codec> glibcCodec(char const* name);
+
+/// The peers' own versions, as one line.
+std::string peerVersions();

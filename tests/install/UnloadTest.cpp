@@ -1,0 +1,28 @@
+#include <dlfcn.h>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using LocalToUTF8 = unsigned long (*)(unsigned char* dst, char const* src, unsigned long dstSize, int cs);
+
+/// One set of each kind of tables that are built on first use; each reads the bytes B0 A1.
+constexpr int sets[] = {20866, 932, 936, 30933, 51932, 51936, 54936};
+
+TEST(Unload, UsedLibraryLeavesTheProcess) {
+    for (int round = 0; round < 2; ++round) {
+        void* const library = dlopen(VYNULIB_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+        ASSERT_NE(library, nullptr) << dlerror();
+        auto const convert = reinterpret_cast<LocalToUTF8>(dlsym(library, "_Z11LocalToUTF8PhPKcm10VynCharSet"));
+        ASSERT_NE(convert, nullptr) << dlerror();
+        for (int const set : sets) {
+            unsigned char text[16];
+            EXPECT_NE(convert(text, "\xB0\xA1", sizeof text, set), 0u) << set;
+        }
+
+        ASSERT_EQ(dlclose(library), 0) << dlerror();
+        EXPECT_EQ(dlopen(VYNULIB_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded in round " << round;
+    }
+}
+
+} // namespace
