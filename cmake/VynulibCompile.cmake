@@ -25,4 +25,6 @@ function(vynulib_compile_as_library target)
                                               $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
   # A unique symbol pins the library in memory: dlclose could never unload it.
   target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+  # Nobody replaces single functions of this library from outside, so that it may inline and call them directly.
+  target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-semantic-interposition>)
 endfunction()

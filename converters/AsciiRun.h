@@ -1,25 +1,18 @@
 #pragma once
 
-#include <cstdint>
-#include <cstring>
+#include "converters/Words.h"
 
 namespace vyn {
 
 /// How much the ASCII kernels move at a time. Their loops have no branch in them, so that compilers use vectors.
 constexpr long asciiBlock = 16;
 
-inline std::uint64_t wordAt(void const* src, unsigned long word) {
-    std::uint64_t value;
-    std::memcpy(&value, static_cast<unsigned char const*>(src) + word * sizeof value, sizeof value);
-    return value;
-}
-
 inline bool isAsciiBlock(unsigned char const* src) {
     return ((wordAt(src, 0) | wordAt(src, 1)) & 0x8080808080808080) == 0;
 }
 
 inline bool isAsciiBlock(unsigned short const* src) {
-    return ((wordAt(src, 0) | wordAt(src, 1) | wordAt(src, 2) | wordAt(src, 3)) & 0xFF80FF80FF80FF80) == 0;
+    return ((wordAt(src, 0) | wordAt(src, 1) | wordAt(src, 2) | wordAt(src, 3)) & 0xFF80 * inEachUnit) == 0;
 }
 
 /// Moves the blocks of ASCII at `src` that end by `end`, byte to unit or unit to byte. Returns the elements moved.

@@ -3,14 +3,20 @@
 #include "converters/CodecStep.h"
 #include "converters/UnitEscape.h"
 #include "unicode/Surrogates.h"
+#include "unicode/UnitScan.h"
 
 #include <vynulib/VynCharSetConverter.h>
+
+#include <algorithm>
 
 // The one loop from UTF-16 to bytes, and the one that counts. Beside the tables of its set a codec has
 //
 //   static constexpr bool pairsSurrogates;        whether it looks at the unit behind a high surrogate
 //   bool ready() const;                           whether there are tables
 //   Encoded encodeOne(unsigned short const*) const
+//   long encodeBlocks(unsigned short const* src, unsigned short const* end, unsigned char* dst) const
+//                                                 optional: converts blocks of units mapped to one byte that end by `end`,
+//                                                 as many as follow each other; returns their units
 
 namespace vyn {
 
@@ -50,7 +56,21 @@ unsigned long encodeText(Codec const& codec, void* dst, unsigned short const* sr
     auto* out = start;
     bool sawIllegal = false;
     unsigned long room = dstCap;
+    constexpr unsigned long runUnits = 2048; // a run stays in the first-level cache between its scan and its conversion
+    [[maybe_unused]] unsigned short const* runEnd = src; // no terminator before it
     while (codec.ready() && room != 0 && *src != 0) {
+        if constexpr (requires { codec.encodeBlocks(src, runEnd, out); }) {
+            if (src >= runEnd)
+                runEnd = src + unitLength(src, std::min(room, runUnits));
+            auto const runLength = static_cast<unsigned long>(runEnd - src);
+            auto const bytes =
+                static_cast<unsigned long>(codec.encodeBlocks(src, src + std::min(room, runLength), out));
+            src += bytes;
+            out += bytes;
+            room -= bytes;
+            if (room == 0 || *src == 0)
+                break;
+        }
         Encoded const found = codec.encodeOne(src);
         if (found.verdict == Verdict::End)
             break;

@@ -48,8 +48,36 @@ void took(EncodeCursor& at, unsigned units, unsigned long bytes) {
     at.room -= bytes;
 }
 
-/// The fast path: whole characters while neither terminator nor room can end the text. Ends before a lone high
-/// surrogate.
+/// Four units below 0x800, in one word: ASCII and others alternate in real text, so there is no branch between them.
+unsigned char* writeShortUnits(unsigned char* dst, std::uint64_t units) {
+    for (int i = 0; i < 4; ++i, units >>= 16) {
+        unsigned const unit = static_cast<unsigned short>(units);
+        bool const ascii = unit < 0x80;
+        unsigned const twoBytes = 0x80C0 | unit >> 6 | (unit & 0x3F) << 8;
+        auto const bytes = static_cast<unsigned short>(ascii ? unit : twoBytes);
+        std::memcpy(dst, &bytes, sizeof bytes);
+        dst += ascii ? 1 : 2;
+    }
+    return dst;
+}
+
+/// Takes at least one unit below 0x800, and those that follow it a block at a time.
+void encodeShortRun(unsigned short const*& src, unsigned short const* end, unsigned char*& dst) {
+    long const ascii = moveAsciiBlocks(src, end, dst);
+    src += ascii;
+    dst += ascii;
+    for (; end - src >= 4 && (wordAt(src) & 0xF800 * inEachUnit) == 0; src += 4)
+        dst = writeShortUnits(dst, wordAt(src));
+    while (src != end && *src < 0x80)
+        *dst++ = byteOf(*src++);
+    if (src != end && *src < 0x800) {
+        writeTwo(dst, *src++);
+        dst += 2;
+    }
+}
+
+/// The fast path: whole characters while neither terminator nor room can end the text. Ends before a lone high surrogate.
+/// A store may reach one byte behind the character, where the terminator will stand at the latest.
 void encodeRun(EncodeCursor& at) {
     constexpr unsigned long runUnits = 2048;
     constexpr unsigned long maxBytesPerUnit = 3;
@@ -58,16 +86,8 @@ void encodeRun(EncodeCursor& at) {
     unsigned char* dst = at.dst;
     while (src != end) {
         unsigned const unit = *src;
-        if (unit < 0x80) {
-            long const moved = moveAsciiBlocks(src, end, dst);
-            src += moved;
-            dst += moved;
-            while (src != end && *src < 0x80)
-                *dst++ = byteOf(*src++);
-        } else if (unit < 0x800) {
-            writeTwo(dst, unit);
-            dst += 2;
-            ++src;
+        if (unit < 0x800) {
+            encodeShortRun(src, end, dst);
         } else if (!isHighSurrogate(unit)) {
             writeThree(dst, unit);
             dst += 3;

@@ -4,7 +4,7 @@
 #include "converters/DecodeLoop.h"
 #include "converters/EncodeLoop.h"
 #include "converters/MapRecords.h"
-#include "converters/UnitWord.h"
+#include "converters/Words.h"
 #include "unicode/UnitScan.h"
 
 namespace {
@@ -22,16 +22,30 @@ struct SingleByteCodec {
 
     vyn::Decoded decodeOne(unsigned char const* at) const { return vyn::lookedUp(forward[*at], 1); }
 
-    /// Four characters make a word, in the order of memory, which is tested for an unmapped one at once.
+    // Blocks of four characters: their units make one word, which shows at once whether one of them is 0.
     long decodeBlocks(unsigned char const* src, unsigned char const* end, unsigned short* dst) const {
         constexpr long block = 4;
         long taken = 0;
         for (; end - src - taken >= block; taken += block) {
             std::uint64_t word = 0;
-            for (unsigned i = 0; i < block; ++i)
-                word |= std::uint64_t{forward[src[taken + i]]} << vyn::unitShift(i);
+            for (long i = 0; i < block; ++i)
+                word |= std::uint64_t{forward[src[taken + i]]} << 16 * i;
             if (vyn::hasZeroUnit(word))
                 break;
+            std::memcpy(dst + taken, &word, sizeof word);
+        }
+        return taken;
+    }
+
+    long encodeBlocks(unsigned short const* src, unsigned short const* end, unsigned char* dst) const {
+        constexpr long block = 4;
+        long taken = 0;
+        for (; end - src - taken >= block; taken += block) {
+            unsigned const a = reverse->lookup(src[taken]), b = reverse->lookup(src[taken + 1]);
+            unsigned const c = reverse->lookup(src[taken + 2]), d = reverse->lookup(src[taken + 3]);
+            if (a == 0 || b == 0 || c == 0 || d == 0)
+                break;
+            std::uint32_t const word = a | b << 8 | c << 16 | d << 24;
             std::memcpy(dst + taken, &word, sizeof word);
         }
         return taken;

@@ -54,6 +54,19 @@ constexpr bool isFourByteHead(std::uint32_t head) {
     return (head & 0xF0C0C0C0) == 0xF0808080;
 }
 
+/// Four sequences of two bytes, in one word, become four units. Returns the sequences that it took, in fours.
+long decodeTwoByteBlocks(unsigned char const* src, unsigned char const* end, unsigned short* dst) {
+    long taken = 0;
+    for (; end - src - 2 * taken >= 8; taken += 4) {
+        std::uint64_t const bytes = vyn::wordAt(src + 2 * taken);
+        if ((bytes & 0xC0E0 * vyn::inEachUnit) != 0x80C0 * vyn::inEachUnit)
+            break;
+        std::uint64_t const units = (bytes & 0x1F * vyn::inEachUnit) << 6 | (bytes >> 8 & 0x3F * vyn::inEachUnit);
+        std::memcpy(dst + taken, &units, sizeof units);
+    }
+    return taken;
+}
+
 struct Utf8Cursor {
     unsigned char const* src;
     unsigned short* dst;
@@ -100,6 +113,9 @@ void decodeRun(Utf8Cursor& at) {
         if (isTwoByteHead(head)) {
             *dst++ = static_cast<unsigned short>(twoByteValue(src));
             src += 2;
+            long const more = decodeTwoByteBlocks(src, end, dst);
+            src += 2 * more;
+            dst += more;
         } else if (isThreeByteHead(head)) {
             *dst++ = static_cast<unsigned short>(threeByteValue(src));
             src += 3;

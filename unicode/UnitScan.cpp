@@ -9,7 +9,7 @@ constexpr unsigned long blockUnits = 32;
 constexpr unsigned long blockBytes = blockUnits * sizeof(unsigned short);
 
 // An aligned block never crosses a page, so one with a readable unit in it is readable, which no sanitizer can know.
-__attribute__((no_sanitize("address"))) bool alignedBlockHasZero(unsigned short const* text) noexcept {
+__attribute__((no_sanitize("address", "thread"))) bool alignedBlockHasZero(unsigned short const* text) noexcept {
     unsigned short zeros = 0; // as wide as a unit, so that compilers use vectors
     for (unsigned long i = 0; i < blockUnits; ++i)
         zeros = static_cast<unsigned short>(zeros | (text[i] == 0 ? 1 : 0));

@@ -23,6 +23,7 @@ public:
         if (isOpen())
             iconv_close(m_descriptor);
     }
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): what iconv_open gives where it fails
     bool isOpen() const { return m_descriptor != reinterpret_cast<iconv_t>(-1); }
 
     Code convert(std::string source) {

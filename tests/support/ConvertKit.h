@@ -50,22 +50,20 @@ class ConvertKit {
 public:
     explicit ConvertKit(VynCharSetConverter& converter) : m_converter(converter) {}
 
-    /// The result is valid until the next call.
-    Converted<unsigned short> const& decode(Bytes const& source, unsigned long room, Call const& call = {}) {
-        return run(m_decoded, source, m_converter.getNullCharSize(), room, sizeof(unsigned short), call,
-                   [&](unsigned char* dst, unsigned char const* src, bool* illegal) {
-                       return m_converter.toUTF16(reinterpret_cast<unsigned short*>(dst), src, room, call.op, illegal,
-                                                  call.maxSrc);
-                   });
+    Converted<unsigned short> decode(Bytes const& source, unsigned long room, Call const& call = {}) {
+        return run<unsigned short>(source, m_converter.getNullCharSize(), room, sizeof(unsigned short), call,
+                                   [&](unsigned char* dst, unsigned char const* src, bool* illegal) {
+                                       return m_converter.toUTF16(reinterpret_cast<unsigned short*>(dst), src, room,
+                                                                  call.op, illegal, call.maxSrc);
+                                   });
     }
 
-    /// The result is valid until the next call.
-    Converted<unsigned char> const& encode(Units const& source, unsigned long room, Call const& call = {}) {
-        return run(m_encoded, source, sizeof(unsigned short), room, m_converter.getNullCharSize(), call,
-                   [&](unsigned char* dst, unsigned char const* src, bool* illegal) {
-                       return m_converter.fromUTF16(dst, reinterpret_cast<unsigned short const*>(src), room, call.op,
-                                                    illegal);
-                   });
+    Converted<unsigned char> encode(Units const& source, unsigned long room, Call const& call = {}) {
+        return run<unsigned char>(source, sizeof(unsigned short), room, m_converter.getNullCharSize(), call,
+                                  [&](unsigned char* dst, unsigned char const* src, bool* illegal) {
+                                      return m_converter.fromUTF16(dst, reinterpret_cast<unsigned short const*>(src),
+                                                                   room, call.op, illegal);
+                                  });
     }
 
     /// Counts a terminated source, or one that ends with its last element.
@@ -104,8 +102,8 @@ private:
     }
 
     template <class Out, class In, class Convert>
-    Converted<Out> const& run(Converted<Out>& result, std::vector<In> const& source, std::size_t sourceTerminator,
-                              std::size_t room, std::size_t terminatorSize, Call const& call, Convert convert) {
+    Converted<Out> run(std::vector<In> const& source, std::size_t sourceTerminator, std::size_t room,
+                       std::size_t terminatorSize, Call const& call, Convert convert) {
         unsigned char const* const src = place(source, call.terminated ? sourceTerminator : 0, call.offset);
         std::size_t const size = room * sizeof(Out) + terminatorSize;
         unsigned char* const dst = within(m_destination, size, call.offset * static_cast<long>(sizeof(Out)));
@@ -118,8 +116,7 @@ private:
         bool illegal = true;
         unsigned long const count = convert(dst, src, call.withFlag ? &illegal : nullptr);
 
-        result.output.clear();
-        result.illegal = call.withFlag && illegal;
+        Converted<Out> result{{}, call.withFlag && illegal};
         if (count > room) {
             ADD_FAILURE() << count << " elements in a room of " << room;
             return result;
@@ -137,6 +134,4 @@ private:
     VynCharSetConverter& m_converter;
     GuardedBuffer m_source{bufferSize};
     GuardedBuffer m_destination{bufferSize};
-    Converted<unsigned short> m_decoded;
-    Converted<unsigned char> m_encoded;
 };

@@ -3,7 +3,6 @@
 #include "tables/Tables.h"
 #include "tests/support/ConvertKit.h"
 
-#include <cstdio>
 #include <iterator>
 
 /// The ways in which bytes make the characters of a table set.
@@ -44,7 +43,6 @@ inline constexpr TableSet multibyteSets[] = {
     {VYNCS_EUC_JP, oJIS0208map, 126 + 6878 + 65, Form::EucJp},
     {VYNCS_GB18030, oGBKmap, 0xFFFF - 0x800, Form::GB18030},
 };
-inline constexpr TableSet const& eucJpSet = multibyteSets[9];
 inline constexpr TableSet const& gb18030Set = multibyteSets[10];
 
 inline std::vector<TableSet> tableSets() {
@@ -174,19 +172,14 @@ public:
             Code const found = encodeOne(at);
             if (found.ends)
                 break;
-            unsigned char text[13] = "?";
-            int length = 1;
-            if (found.bytes != 0) {
+            unsigned char text[12] = {'?'};
+            unsigned long length = 1;
+            if (found.bytes != 0)
                 length = bytesOf(found.bytes, text);
-            } else {
-                m_encoded.illegal = true;
-                if (op == ILLCHAR_STOP)
-                    break;
-                for (unsigned i = 0; op == ILLCHAR_ESCAPE && i < found.units; ++i)
-                    length = 6 * static_cast<int>(i) +
-                             std::snprintf(reinterpret_cast<char*>(text) + 6 * i, 7, "U+%04X", unsigned{at[i]});
-            }
-            if (static_cast<unsigned long>(length) > room - out.size())
+            else if (op == ILLCHAR_ESCAPE)
+                length = escapesOf(at, found.units, text);
+            m_encoded.illegal |= found.bytes == 0;
+            if ((found.bytes == 0 && op == ILLCHAR_STOP) || length > room - out.size())
                 break;
             out.insert(out.end(), text, text + length);
             at += found.units;
@@ -212,8 +205,8 @@ public:
     }
 
     /// Writes the bytes of a code to `bytes`; returns how many they are.
-    static int bytesOf(unsigned code, unsigned char* bytes) {
-        int length = 0;
+    static unsigned long bytesOf(unsigned code, unsigned char* bytes) {
+        unsigned long length = 0;
         for (unsigned shift = 32; shift != 0; shift -= 8)
             if (code >> (shift - 8) != 0)
                 bytes[length++] = static_cast<unsigned char>(code >> (shift - 8));
@@ -230,6 +223,17 @@ public:
 
 private:
     static bool isDigit(unsigned byte) { return byte >= 0x30 && byte <= 0x39; }
+
+    static unsigned long escapesOf(unsigned short const* at, unsigned units, unsigned char* text) {
+        unsigned long length = 0;
+        for (unsigned i = 0; i < units; ++i) {
+            text[length++] = 'U';
+            text[length++] = '+';
+            for (unsigned shift = 16; shift != 0; shift -= 4)
+                text[length++] = static_cast<unsigned char>("0123456789ABCDEF"[at[i] >> (shift - 4) & 0xF]);
+        }
+        return length;
+    }
 
     void enter(unsigned key, unsigned value, unsigned highBits) {
         m_values[key] = value;
