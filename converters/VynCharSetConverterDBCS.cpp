@@ -4,38 +4,35 @@
 #include "converters/DoubleByteForm.h"
 #include "converters/EncodeLoop.h"
 
-namespace {
-
-struct DoubleByteCodec {
+struct vyn::DoubleByteCodec {
     static constexpr bool supplementary = false;
     static constexpr bool limitBehindMalformed = false;
     static constexpr bool pairsSurrogates = false;
 
-    vyn::DoubleByteForm form;
+    DoubleByteForm form;
     LookupTable<unsigned short> const* forward;
     LookupTable<unsigned short> const* reverse;
 
     bool ready() const { return forward != nullptr; }
-    vyn::Decoded decodeOne(unsigned char const* at) const { return form.decodeOne(at, *forward); }
-    vyn::Encoded encodeOne(unsigned short const* at) const { return form.encoded(reverse->lookup(*at), 1); }
+    Decoded decodeOne(unsigned char const* at) const { return form.decodeOne(at, *forward); }
+    Encoded encodeOne(unsigned short const* at) const { return form.encoded(reverse->lookup(*at), 1); }
 };
-
-} // namespace
 
 VynCharSetConverterDBCS::~VynCharSetConverterDBCS() = default;
 
+vyn::DoubleByteCodec VynCharSetConverterDBCS::codec() {
+    load();
+    return {vyn::DoubleByteForm(m_pTypes), forwardTable(), reverseTable()};
+}
+
 unsigned long VynCharSetConverterDBCS::toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits,
                                                ILLCHAR_OPTYPE op, bool* illegal, int maxSrc) {
-    load();
-    DoubleByteCodec const codec{vyn::DoubleByteForm(m_pTypes), forwardTable(), reverseTable()};
-    return vyn::decodeText(codec, dst, src, dstUnits, op, illegal, maxSrc);
+    return vyn::decodeText(codec(), dst, src, dstUnits, op, illegal, maxSrc);
 }
 
 unsigned long VynCharSetConverterDBCS::fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap,
                                                  ILLCHAR_OPTYPE op, bool* illegal) {
-    load();
-    DoubleByteCodec const codec{vyn::DoubleByteForm(m_pTypes), forwardTable(), reverseTable()};
-    return vyn::encodeText(codec, dst, src, dstCap, op, illegal);
+    return vyn::encodeText(codec(), dst, src, dstCap, op, illegal);
 }
 
 unsigned long VynCharSetConverterDBCS::getNumUnits(void const* src, unsigned long len) {
@@ -47,9 +44,7 @@ unsigned long VynCharSetConverterDBCS::getNumUnits(void const* src, unsigned lon
 }
 
 unsigned long VynCharSetConverterDBCS::getNumBytes(unsigned short const* src, unsigned long len) {
-    load();
-    DoubleByteCodec const codec{vyn::DoubleByteForm(m_pTypes), forwardTable(), reverseTable()};
-    return vyn::countBytes(codec, src, len);
+    return vyn::countBytes(codec(), src, len);
 }
 
 unsigned int VynCharSetConverterDBCS::getMinUnitSize() const {

@@ -14,7 +14,9 @@ constexpr bool isRowOrCell(unsigned char byte) {
     return byte >= 0xA1 && byte <= 0xFE;
 }
 
-struct EucCnKrCodec {
+} // namespace
+
+struct vyn::EucCnKrCodec {
     static constexpr bool supplementary = false;
     static constexpr bool limitBehindMalformed = true;
     static constexpr bool pairsSurrogates = false;
@@ -24,38 +26,39 @@ struct EucCnKrCodec {
 
     bool ready() const { return forward != nullptr; }
 
-    vyn::Decoded decodeOne(unsigned char const* at) const {
+    Decoded decodeOne(unsigned char const* at) const {
         if (isAscii(at[0]))
-            return vyn::mapped(at[0], 1);
+            return mapped(at[0], 1);
         if (!isRowOrCell(at[0]) || !isRowOrCell(at[1]))
-            return vyn::malformed(1);
-        return vyn::lookedUp(forward->lookup(vyn::rowCellCode(at[0], at[1])), 2);
+            return malformed(1);
+        return lookedUp(forward->lookup(rowCellCode(at[0], at[1])), 2);
     }
 
-    vyn::Encoded encodeOne(unsigned short const* at) const {
+    Encoded encodeOne(unsigned short const* at) const {
         if (isAscii(*at))
-            return {*at, 1, 1, vyn::Verdict::Mapped};
+            return {*at, 1, 1, Verdict::Mapped};
         unsigned const code = reverse->lookup(*at);
         if (code == 0)
-            return {0, 0, 1, vyn::Verdict::Unmapped};
-        return {code + vyn::rowCellHighBits, 2, 1, vyn::Verdict::Mapped};
+            return {0, 0, 1, Verdict::Unmapped};
+        return {code + rowCellHighBits, 2, 1, Verdict::Mapped};
     }
 };
 
-} // namespace
-
 VynCharSetConverterEUC_CN_KR::~VynCharSetConverterEUC_CN_KR() = default;
+
+vyn::EucCnKrCodec VynCharSetConverterEUC_CN_KR::codec() {
+    load();
+    return {forwardTable(), reverseTable()};
+}
 
 unsigned long VynCharSetConverterEUC_CN_KR::toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits,
                                                     ILLCHAR_OPTYPE op, bool* illegal, int maxSrc) {
-    load();
-    return vyn::decodeText(EucCnKrCodec{forwardTable(), reverseTable()}, dst, src, dstUnits, op, illegal, maxSrc);
+    return vyn::decodeText(codec(), dst, src, dstUnits, op, illegal, maxSrc);
 }
 
 unsigned long VynCharSetConverterEUC_CN_KR::fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap,
                                                       ILLCHAR_OPTYPE op, bool* illegal) {
-    load();
-    return vyn::encodeText(EucCnKrCodec{forwardTable(), reverseTable()}, dst, src, dstCap, op, illegal);
+    return vyn::encodeText(codec(), dst, src, dstCap, op, illegal);
 }
 
 unsigned long VynCharSetConverterEUC_CN_KR::getNumUnits(void const* src, unsigned long len) {
@@ -66,8 +69,7 @@ unsigned long VynCharSetConverterEUC_CN_KR::getNumUnits(void const* src, unsigne
 }
 
 unsigned long VynCharSetConverterEUC_CN_KR::getNumBytes(unsigned short const* src, unsigned long len) {
-    load();
-    return vyn::countBytes(EucCnKrCodec{forwardTable(), reverseTable()}, src, len);
+    return vyn::countBytes(codec(), src, len);
 }
 
 unsigned int VynCharSetConverterEUC_CN_KR::getMinUnitSize() const {

@@ -16,7 +16,9 @@ constexpr bool isKatakana(unsigned byte) {
     return byte >= 0xA1 && byte <= 0xDF;
 }
 
-struct EucJpCodec {
+} // namespace
+
+struct vyn::EucJpCodec {
     using Table = LookupTable<unsigned short>;
 
     static constexpr bool supplementary = false;
@@ -33,40 +35,38 @@ struct EucJpCodec {
     unsigned threeByteValue(unsigned char const* at) const {
         if (!jis0212Forward || at[1] == 0 || at[2] == 0)
             return 0;
-        return jis0212Forward->lookup(vyn::rowCellCode(at[1], at[2]));
+        return jis0212Forward->lookup(rowCellCode(at[1], at[2]));
     }
 
     /// A sequence without a character gives up its first byte only.
-    static vyn::Decoded sequence(unsigned value, unsigned bytes) {
-        return value != 0 ? vyn::mapped(value, bytes) : vyn::malformed(1);
-    }
+    static Decoded sequence(unsigned value, unsigned bytes) { return value != 0 ? mapped(value, bytes) : malformed(1); }
 
-    vyn::Decoded decodeOne(unsigned char const* at) const {
+    Decoded decodeOne(unsigned char const* at) const {
         if (at[0] < endOfAscii)
-            return vyn::mapped(at[0], 1);
+            return mapped(at[0], 1);
         if (at[0] == SS2)
             return sequence(isKatakana(at[1]) ? forward->lookup(at[1]) : 0U, 2);
         if (at[0] == SS3)
             return sequence(threeByteValue(at), 3);
         // The high bit of the second byte is deliberately not tested: A4 22 is read as A4 A2. A lead byte 80 reaches
         // the plain codes of JIS X 0201: 80 DC is U+00A5.
-        return sequence(forward->lookup(vyn::rowCellCode(at[0], at[1])), 2);
+        return sequence(forward->lookup(rowCellCode(at[0], at[1])), 2);
     }
 
-    vyn::Encoded encodeOne(unsigned short const* at) const {
+    Encoded encodeOne(unsigned short const* at) const {
         if (*at < endOfAscii)
-            return {*at, 1, 1, vyn::Verdict::Mapped};
+            return {*at, 1, 1, Verdict::Mapped};
         if (unsigned const code = reverse->lookup(*at); code != 0)
-            return {isKatakana(code) ? unsigned{SS2} << 8 | code : (code + vyn::rowCellHighBits) & 0xFFFF, 2, 1,
-                    vyn::Verdict::Mapped};
+            return {isKatakana(code) ? unsigned{SS2} << 8 | code : (code + rowCellHighBits) & 0xFFFF, 2, 1,
+                    Verdict::Mapped};
         if (unsigned const code = jis0212Reverse ? jis0212Reverse->lookup(*at) : 0U; code != 0)
-            return {unsigned{SS3} << 16 | ((code + vyn::rowCellHighBits) & 0xFFFF), 3, 1, vyn::Verdict::Mapped};
-        return {0, 0, 1, vyn::Verdict::Unmapped};
+            return {unsigned{SS3} << 16 | ((code + rowCellHighBits) & 0xFFFF), 3, 1, Verdict::Mapped};
+        return {0, 0, 1, Verdict::Unmapped};
     }
 
     /// Unlike the conversion, counts every katakana byte behind SS2, and ends where the bytes left can't hold a
     /// sequence.
-    vyn::Counted countOne(unsigned char const* at, unsigned long bytesLeft) const {
+    Counted countOne(unsigned char const* at, unsigned long bytesLeft) const {
         if (at[0] < endOfAscii)
             return {1, 1};
         if (bytesLeft < (at[0] == SS3 ? 3 : 2))
@@ -76,8 +76,6 @@ struct EucJpCodec {
         return {decodeOne(at).bytes, 1};
     }
 };
-
-} // namespace
 
 VynCharSetConverterEUC_JP::~VynCharSetConverterEUC_JP() {
     delete m_pJIS0212Forward.load(std::memory_order_acquire);
@@ -101,23 +99,23 @@ VynCharSetConverterEUC_JP::Table* VynCharSetConverterEUC_JP::buildJIS0212() {
     return jis0212.forward.release();
 }
 
+vyn::EucJpCodec VynCharSetConverterEUC_JP::codec() {
+    load();
+    return {forwardTable(), reverseTable(), m_pJIS0212Forward, m_pJIS0212Reverse};
+}
+
 unsigned long VynCharSetConverterEUC_JP::toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits,
                                                  ILLCHAR_OPTYPE op, bool* illegal, int maxSrc) {
-    load();
-    EucJpCodec const codec{forwardTable(), reverseTable(), m_pJIS0212Forward, m_pJIS0212Reverse};
-    return vyn::decodeText(codec, dst, src, dstUnits, op, illegal, maxSrc);
+    return vyn::decodeText(codec(), dst, src, dstUnits, op, illegal, maxSrc);
 }
 
 unsigned long VynCharSetConverterEUC_JP::fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap,
                                                    ILLCHAR_OPTYPE op, bool* illegal) {
-    load();
-    EucJpCodec const codec{forwardTable(), reverseTable(), m_pJIS0212Forward, m_pJIS0212Reverse};
-    return vyn::encodeText(codec, dst, src, dstCap, op, illegal);
+    return vyn::encodeText(codec(), dst, src, dstCap, op, illegal);
 }
 
 unsigned long VynCharSetConverterEUC_JP::getNumUnits(void const* src, unsigned long len) {
-    load();
-    EucJpCodec const codec{forwardTable(), reverseTable(), m_pJIS0212Forward, m_pJIS0212Reverse};
+    vyn::EucJpCodec const codec = this->codec();
     if (!codec.ready())
         return 0;
     return vyn::countUnits(
@@ -125,9 +123,7 @@ unsigned long VynCharSetConverterEUC_JP::getNumUnits(void const* src, unsigned l
 }
 
 unsigned long VynCharSetConverterEUC_JP::getNumBytes(unsigned short const* src, unsigned long len) {
-    load();
-    EucJpCodec const codec{forwardTable(), reverseTable(), m_pJIS0212Forward, m_pJIS0212Reverse};
-    return vyn::countBytes(codec, src, len);
+    return vyn::countBytes(codec(), src, len);
 }
 
 unsigned int VynCharSetConverterEUC_JP::getMinUnitSize() const {

@@ -72,7 +72,9 @@ long valueInRanges(sGB18030Range const* range, unsigned key) {
     return range->first != 0 && range->first <= key ? long{range->target} + (key - range->first) : -1;
 }
 
-struct GB18030Codec {
+} // namespace
+
+struct vyn::GB18030Codec {
     static constexpr bool supplementary = true;
     static constexpr bool limitBehindMalformed = false;
     static constexpr bool pairsSurrogates = true;
@@ -86,61 +88,59 @@ struct GB18030Codec {
 
     /// A sequence of several bytes without a value counts as malformed, so that the source limit is not tested behind
     /// it.
-    vyn::Decoded inRanges(unsigned key, unsigned bytes) const {
+    Decoded inRanges(unsigned key, unsigned bytes) const {
         long const value = valueInRanges(keyIndex[KeyBuckets::of(key)], key);
-        return value >= 0 ? vyn::mapped(static_cast<unsigned>(value), bytes) : vyn::malformed(bytes);
+        return value >= 0 ? mapped(static_cast<unsigned>(value), bytes) : malformed(bytes);
     }
 
-    vyn::Decoded twoBytes(unsigned code) const {
+    Decoded twoBytes(unsigned code) const {
         if (unsigned const value = forward->lookup(static_cast<unsigned short>(code)); value != 0)
-            return vyn::mapped(value, 2);
+            return mapped(value, 2);
         return inRanges(code, 2);
     }
 
-    vyn::Decoded fourBytes(unsigned key) const {
+    Decoded fourBytes(unsigned key) const {
         if (key < supplementaryKeys)
             return inRanges(key, 4);
         unsigned const value = key - supplementaryOffset;
-        return value <= vyn::maxScalarValue ? vyn::mapped(value, 4) : vyn::unmapped(4);
+        return value <= maxScalarValue ? mapped(value, 4) : unmapped(4);
     }
 
-    vyn::Decoded decodeOne(unsigned char const* at) const {
+    Decoded decodeOne(unsigned char const* at) const {
         if (at[0] < 0x81)
-            return vyn::lookedUp(forward->lookup(at[0]), 1);
+            return lookedUp(forward->lookup(at[0]), 1);
         if (at[0] == 0xFF)
-            return vyn::unmapped(1);
+            return unmapped(1);
         if (isTwoByteTrail(at[1]))
             return twoBytes(at[0] * 256U + at[1]);
         if (isDigit(at[1]) && isFourByteLead(at[2]) && isDigit(at[3]))
             return fourBytes(fourByteKey(at));
-        return vyn::malformed(1);
+        return malformed(1);
     }
 
-    static vyn::Encoded encoded(unsigned key, unsigned units) {
+    static Encoded encoded(unsigned key, unsigned units) {
         if (key < 0x100)
-            return {key, 1, units, vyn::Verdict::Mapped};
+            return {key, 1, units, Verdict::Mapped};
         if (key < fourByteKeys)
-            return {key, 2, units, vyn::Verdict::Mapped};
+            return {key, 2, units, Verdict::Mapped};
         if (key < endOfKeys)
-            return {fourByteCode(key), 4, units, vyn::Verdict::Mapped};
-        return {0, 0, units, vyn::Verdict::Unmapped};
+            return {fourByteCode(key), 4, units, Verdict::Mapped};
+        return {0, 0, units, Verdict::Unmapped};
     }
 
-    vyn::Encoded encodeOne(unsigned short const* at) const {
-        if (vyn::isHighSurrogate(at[0])) {
+    Encoded encodeOne(unsigned short const* at) const {
+        if (isHighSurrogate(at[0])) {
             // A high surrogate without its low one deliberately ends the text, as if it were the terminator.
-            if (!vyn::isLowSurrogate(at[1]))
-                return {0, 0, 0, vyn::Verdict::End};
-            return encoded(vyn::combineSurrogates(at[0], at[1]) + supplementaryOffset, 2);
+            if (!isLowSurrogate(at[1]))
+                return {0, 0, 0, Verdict::End};
+            return encoded(combineSurrogates(at[0], at[1]) + supplementaryOffset, 2);
         }
         if (unsigned const code = reverse->lookup(at[0]); code != 0)
             return encoded(code, 1);
         long const key = valueInRanges(unitIndex[UnitBuckets::of(at[0])], at[0]);
-        return key >= 0 ? encoded(static_cast<unsigned>(key), 1) : vyn::Encoded{0, 0, 1, vyn::Verdict::Unmapped};
+        return key >= 0 ? encoded(static_cast<unsigned>(key), 1) : Encoded{0, 0, 1, Verdict::Unmapped};
     }
 };
-
-} // namespace
 
 VynCharSetConverterGB18030::~VynCharSetConverterGB18030() {
     delete[] m_pGB2UniIndex.load(std::memory_order_acquire);
@@ -166,30 +166,27 @@ sGB18030Range const* VynCharSetConverterGB18030::getUni2GBRange(unsigned int uni
     return m_pUni2GBIndex.load(std::memory_order_acquire)[UnitBuckets::of(unit)];
 }
 
+vyn::GB18030Codec VynCharSetConverterGB18030::codec() {
+    load();
+    return {forwardTable(), reverseTable(), m_pGB2UniIndex, m_pUni2GBIndex};
+}
+
 unsigned long VynCharSetConverterGB18030::toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits,
                                                   ILLCHAR_OPTYPE op, bool* illegal, int maxSrc) {
-    load();
-    GB18030Codec const codec{forwardTable(), reverseTable(), m_pGB2UniIndex, m_pUni2GBIndex};
-    return vyn::decodeText(codec, dst, src, dstUnits, op, illegal, maxSrc);
+    return vyn::decodeText(codec(), dst, src, dstUnits, op, illegal, maxSrc);
 }
 
 unsigned long VynCharSetConverterGB18030::fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap,
                                                     ILLCHAR_OPTYPE op, bool* illegal) {
-    load();
-    GB18030Codec const codec{forwardTable(), reverseTable(), m_pGB2UniIndex, m_pUni2GBIndex};
-    return vyn::encodeText(codec, dst, src, dstCap, op, illegal);
+    return vyn::encodeText(codec(), dst, src, dstCap, op, illegal);
 }
 
 unsigned long VynCharSetConverterGB18030::getNumUnits(void const* src, unsigned long len) {
-    load();
-    GB18030Codec const codec{forwardTable(), reverseTable(), m_pGB2UniIndex, m_pUni2GBIndex};
-    return vyn::countDecoded(codec, src, len);
+    return vyn::countDecoded(codec(), src, len);
 }
 
 unsigned long VynCharSetConverterGB18030::getNumBytes(unsigned short const* src, unsigned long len) {
-    load();
-    GB18030Codec const codec{forwardTable(), reverseTable(), m_pGB2UniIndex, m_pUni2GBIndex};
-    return vyn::countBytes(codec, src, len);
+    return vyn::countBytes(codec(), src, len);
 }
 
 unsigned int VynCharSetConverterGB18030::getMinUnitSize() const {

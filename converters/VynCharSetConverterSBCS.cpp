@@ -11,7 +11,9 @@ namespace {
 
 constexpr unsigned byteValues = 256;
 
-struct SingleByteCodec {
+} // namespace
+
+struct vyn::SingleByteCodec {
     static constexpr bool supplementary = false;
     static constexpr bool limitBehindMalformed = true;
 
@@ -20,7 +22,7 @@ struct SingleByteCodec {
 
     bool ready() const { return forward != nullptr; }
 
-    vyn::Decoded decodeOne(unsigned char const* at) const { return vyn::lookedUp(forward[*at], 1); }
+    Decoded decodeOne(unsigned char const* at) const { return lookedUp(forward[*at], 1); }
 
     // Blocks of four characters: their units make one word, which shows at once whether one of them is 0.
     long decodeBlocks(unsigned char const* src, unsigned char const* end, unsigned short* dst) const {
@@ -30,7 +32,7 @@ struct SingleByteCodec {
             std::uint64_t word = 0;
             for (long i = 0; i < block; ++i)
                 word |= std::uint64_t{forward[src[taken + i]]} << 16 * i;
-            if (vyn::hasZeroUnit(word))
+            if (hasZeroUnit(word))
                 break;
             std::memcpy(dst + taken, &word, sizeof word);
         }
@@ -51,13 +53,11 @@ struct SingleByteCodec {
         return taken;
     }
 
-    vyn::Encoded encodeOne(unsigned short const* at) const {
+    Encoded encodeOne(unsigned short const* at) const {
         unsigned char const byte = reverse->lookup(*at);
-        return {byte, 1, 1, byte != 0 ? vyn::Verdict::Mapped : vyn::Verdict::Unmapped};
+        return {byte, 1, 1, byte != 0 ? Verdict::Mapped : Verdict::Unmapped};
     }
 };
-
-} // namespace
 
 VynCharSetConverterSBCS::~VynCharSetConverterSBCS() {
     delete[] m_pForward.load(std::memory_order_acquire);
@@ -81,20 +81,21 @@ unsigned short* VynCharSetConverterSBCS::buildTables() {
     return forward.release();
 }
 
+vyn::SingleByteCodec VynCharSetConverterSBCS::codec() {
+    load();
+    return {m_pForward.load(std::memory_order_acquire), m_pReverse};
+}
+
 unsigned long VynCharSetConverterSBCS::toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits,
                                                ILLCHAR_OPTYPE op, bool* illegal, int maxSrc) {
-    load();
     // Unlike the multibyte sets, this one reads nothing for a limit of 0.
     unsigned long const room = maxSrc == 0 ? 0 : dstUnits;
-    SingleByteCodec const codec{m_pForward.load(std::memory_order_acquire), m_pReverse};
-    return vyn::decodeText(codec, dst, src, room, op, illegal, maxSrc);
+    return vyn::decodeText(codec(), dst, src, room, op, illegal, maxSrc);
 }
 
 unsigned long VynCharSetConverterSBCS::fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap,
                                                  ILLCHAR_OPTYPE op, bool* illegal) {
-    load();
-    SingleByteCodec const codec{m_pForward.load(std::memory_order_acquire), m_pReverse};
-    return vyn::encodeText(codec, dst, src, dstCap, op, illegal);
+    return vyn::encodeText(codec(), dst, src, dstCap, op, illegal);
 }
 
 unsigned long VynCharSetConverterSBCS::getNumUnits(void const* src, unsigned long len) {

@@ -3,6 +3,10 @@
 #include <vynulib/VynCharSetConverterDBCSBase.h>
 #include <vynulib/VynCharSetConverterMBCS.h>
 
+namespace vyn {
+struct DoubleByteCodec;
+}
+
 /// A double-byte code page: a character is one byte, or a lead byte and a trail byte.
 ///
 /// A lead byte without a trail byte behind it is invalid by itself: the byte behind it begins the next character.
@@ -23,4 +27,7 @@ public:
     unsigned int getMinUnitSize() const override;
     unsigned int getMaxUnitSize() const override;
     unsigned int getNullCharSize() const override;
+
+private:
+    vyn::DoubleByteCodec codec(); // the tables, loaded
 };

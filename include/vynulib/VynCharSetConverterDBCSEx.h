@@ -3,6 +3,10 @@
 #include <vynulib/VynCharSetConverterDBCSBase.h>
 #include <vynulib/VynCharSetConverterMBCSEx.h>
 
+namespace vyn {
+struct DoubleByteExCodec;
+}
+
 /// As `VynCharSetConverterDBCS`, for a set with characters beyond the Basic Multilingual Plane, which are surrogate
 /// pairs in UTF-16. A pair that can't be converted is one character: "?" or two escapes.
 class VYNULIB_API VynCharSetConverterDBCSEx : public VynCharSetConverterMBCSEx, protected VynCharSetConverterDBCSBase {
@@ -21,4 +25,7 @@ public:
     unsigned int getMinUnitSize() const override;
     unsigned int getMaxUnitSize() const override;
     unsigned int getNullCharSize() const override;
+
+private:
+    vyn::DoubleByteExCodec codec(); // the tables, loaded
 };

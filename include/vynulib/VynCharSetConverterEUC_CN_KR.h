@@ -2,6 +2,10 @@
 
 #include <vynulib/VynCharSetConverterMBCS.h>
 
+namespace vyn {
+struct EucCnKrCodec;
+}
+
 /// EUC-CN or EUC-KR: ASCII but for DEL, and one set of 94 rows by 94 cells in bytes 0xA1 to 0xFE.
 ///
 /// DEL can't be converted in either direction. `getNumUnits` counts by the form of the bytes and needs no table.
@@ -25,4 +29,7 @@ public:
     unsigned int getMinUnitSize() const override;
     unsigned int getMaxUnitSize() const override;
     unsigned int getNullCharSize() const override;
+
+private:
+    vyn::EucCnKrCodec codec(); // the tables, loaded
 };

@@ -2,6 +2,10 @@
 
 #include <vynulib/VynCharSetConverterMBCS.h>
 
+namespace vyn {
+struct EucJpCodec;
+}
+
 /// EUC-JP: ASCII but for DEL, JIS X 0208 in two bytes, half-width katakana of JIS X 0201 behind `m_cSS2`, JIS X 0212 in
 /// two bytes behind `m_cSS3`.
 ///
@@ -35,6 +39,7 @@ public:
     void load() override;
 
 private:
+    vyn::EucJpCodec codec(); // the tables, loaded
     Table* buildJIS0212();
 
     [[maybe_unused]] char const* m_pJIS0201Name = nullptr;

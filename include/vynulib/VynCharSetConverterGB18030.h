@@ -3,6 +3,10 @@
 #include <vynulib/VynCharSetConverterMBCS.h>
 #include <vynulib/sGB18030Range.h>
 
+namespace vyn {
+struct GB18030Codec;
+}
+
 /// GB18030: one byte, two bytes by table, or four bytes by ranges (the rest of the Basic Multilingual Plane) and by
 /// arithmetic (beyond it).
 ///
@@ -39,6 +43,8 @@ public:
     sGB18030Range const* getUni2GBRange(unsigned int unit);
 
 private:
+    vyn::GB18030Codec codec(); // the tables, loaded
+
     using RangeIndex = sGB18030Range const*;
 
     std::atomic<RangeIndex*> m_pGB2UniIndex{nullptr}; // 287 records, one for each 256 keys from 0x8100 on

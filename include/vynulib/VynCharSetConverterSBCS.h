@@ -6,6 +6,10 @@
 #include <atomic>
 #include <pthread.h>
 
+namespace vyn {
+struct SingleByteCodec;
+}
+
 /// A single-byte set, converted by a table that is built at the first conversion.
 ///
 /// `maxSrc` is the number of bytes to read: 0 reads none. Surrogates are looked up one by one, so that a supplementary
@@ -40,6 +44,7 @@ public:
     unsigned int getNullCharSize() const override;
 
 private:
+    vyn::SingleByteCodec codec(); // the tables, loaded
     unsigned short* buildTables();
 
     [[maybe_unused]] char const* m_pMapName = nullptr;
