@@ -49,24 +49,6 @@ TEST_P(ConverterContract, TouchesNothingForNullPointers) {
     EXPECT_EQ(converter.getNumBytes(units, 0), 0UL);
 }
 
-TEST_P(ConverterContract, WritesTheTerminatorAloneWithoutRoomOrText) {
-    for (bool const room : {false, true}) {
-        unsigned short const text[] = {static_cast<unsigned short>(room ? 0 : 0x41), 0};
-        char const bytes[8] = {room ? '\0' : 'A'};
-        unsigned short units[2] = {0xABCD, 0xABCD};
-        std::string encoded(8, 'x');
-        bool illegal = true;
-        EXPECT_EQ(converter.toUTF16(units, bytes, room ? 1 : 0, ILLCHAR_REPLACE, &illegal, 1), 0UL);
-        EXPECT_FALSE(illegal);
-        EXPECT_EQ(units[0], 0);
-        EXPECT_EQ(units[1], 0xABCD);
-        illegal = true;
-        EXPECT_EQ(converter.fromUTF16(encoded.data(), text, room ? 4 : 0, ILLCHAR_REPLACE, &illegal), 0UL);
-        EXPECT_FALSE(illegal);
-        EXPECT_EQ(encoded, std::string(GetParam().terminator, '\0') + std::string(8 - GetParam().terminator, 'x'));
-    }
-}
-
 INSTANTIATE_TEST_SUITE_P(Sets, ConverterContract, testing::ValuesIn(servedSets),
                          [](auto const& test) { return VynCharSetToString(test.param.cs); });
 

@@ -131,23 +131,6 @@ TEST(ConverterTables, DecodeAValueBeyondUnicodeAsOneUnitAndNeverEncodeIt) {
     EXPECT_EQ(kit.countUnits({0x41, 0x42}), 3UL);
 }
 
-TEST(ConverterTables, AreBuiltOnce) {
-    struct Opened : VynCharSetConverterDBCS {
-        using VynCharSetConverterDBCS::VynCharSetConverterDBCS;
-        using VynCharSetConverterMBCS::forwardTable;
-        using VynCharSetConverterMBCS::reverseTable;
-    } converter(oCP932map, oCP932Type, VYNCS_WCP932);
-    EXPECT_EQ(converter.forwardTable(), nullptr);
-    converter.load();
-    auto const* const forward = converter.forwardTable();
-    auto const* const reverse = converter.reverseTable();
-    ASSERT_NE(forward, nullptr);
-    converter.load();
-    EXPECT_EQ(converter.forwardTable(), forward);
-    EXPECT_EQ(converter.reverseTable(), reverse);
-    EXPECT_EQ(ConvertKit(converter).encode({0x3042}, 2).output, (Bytes{0x82, 0xA0}));
-}
-
 TEST(ConverterTablesThread, AreCompleteForEveryThreadAtTheFirstUse) {
     using Maker = std::function<std::unique_ptr<VynCharSetConverter>()>;
     constexpr int threadCount = 8, rounds = 10;

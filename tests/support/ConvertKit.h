@@ -7,7 +7,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cstring>
 #include <iomanip>
 #include <ostream>
 #include <vector>
@@ -97,8 +96,10 @@ private:
     }
 
     static bool holdsOnly(unsigned char value, unsigned char const* begin, unsigned char const* end) {
-        return begin == end ||
-               (*begin == value && std::memcmp(begin, begin + 1, static_cast<std::size_t>(end - begin - 1)) == 0);
+        unsigned differences = 0; // no early exit, so that this becomes vector code
+        for (; begin != end; ++begin)
+            differences |= *begin ^ unsigned { value };
+        return differences == 0;
     }
 
     template <class Out, class In, class Convert>

@@ -3,6 +3,7 @@
 #include "tables/Tables.h"
 #include "tests/support/ConvertKit.h"
 
+#include <cstring>
 #include <iterator>
 
 /// The ways in which bytes make the characters of a table set.
