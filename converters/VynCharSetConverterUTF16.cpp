@@ -3,14 +3,17 @@
 #include "unicode/UnitScan.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
 
 namespace {
 
 constexpr unsigned long unitSize = sizeof(unsigned short);
 
-/// The units before the first zero unit of the text at `src`, which need not be aligned, at most `maxUnits`.
-unsigned long unalignedLength(void const* src, unsigned long maxUnits) {
+/// The units before the first zero unit of the text at `src`, at most `maxUnits`.
+unsigned long lengthOf(void const* src, unsigned long maxUnits) {
+    if (reinterpret_cast<std::uintptr_t>(src) % unitSize == 0)
+        return vyn::unitLength(static_cast<unsigned short const*>(src), maxUnits);
     auto const* bytes = static_cast<unsigned char const*>(src);
     unsigned long units = 0;
     while (units < maxUnits && (bytes[units * unitSize] != 0 || bytes[units * unitSize + 1] != 0))
@@ -30,7 +33,7 @@ unsigned long VynCharSetConverterUTF16::toUTF16(unsigned short* dst, void const*
         *illegal = false;
     // A negative limit deliberately copies nothing either.
     unsigned long const limit = maxSrc > 0 ? static_cast<unsigned long>(maxSrc) : 0;
-    unsigned long const units = unalignedLength(src, std::min(dstUnits, limit));
+    unsigned long const units = lengthOf(src, std::min(dstUnits, limit));
     std::memcpy(dst, src, units * unitSize);
     dst[units] = 0;
     return units;
@@ -50,7 +53,7 @@ unsigned long VynCharSetConverterUTF16::fromUTF16(void* dst, unsigned short cons
 
 unsigned long VynCharSetConverterUTF16::getNumUnits(void const* src, unsigned long len) {
     constexpr auto unbounded = static_cast<unsigned long>(-1);
-    return src ? unalignedLength(src, len == unbounded ? unbounded : len / unitSize) : 0;
+    return src ? lengthOf(src, len == unbounded ? unbounded : len / unitSize) : 0;
 }
 
 unsigned long VynCharSetConverterUTF16::getNumBytes(unsigned short const* src, unsigned long len) {
