@@ -31,12 +31,13 @@ unsigned long orZero(Convert convert) {
 }
 
 /// `toUTF16` of the `length` bytes at `src`, which a zero byte follows. A set with a wider terminator reads a copy that
-/// ends with one: it must not look for it behind the zero byte.
+/// ends with one, behind a character that may be cut off: it must not look for it behind the zero byte.
 unsigned long decodeBytes(VynCharSetConverter& converter, unsigned short* dst, char const* src, unsigned long length,
                           bool* illegal) {
-    if (converter.getNullCharSize() == 1)
+    unsigned long const terminator = converter.getNullCharSize();
+    if (terminator == 1)
         return converter.toUTF16(dst, src, length, ILLCHAR_REPLACE, illegal, -1);
-    std::string const padded = std::string(src, length) + std::string(converter.getNullCharSize(), '\0');
+    std::string const padded = std::string(src, length) + std::string(2 * terminator, '\0');
     return converter.toUTF16(dst, padded.data(), length, ILLCHAR_REPLACE, illegal, -1);
 }
 

@@ -3,7 +3,7 @@
 #include "tests/differential/Codecs.h"
 
 #include <cstdint>
-#include <utility>
+#include <ostream>
 #include <vector>
 
 /// One code whose character is not the same in the library and in a peer: found while decoding it, or as what a
@@ -18,14 +18,10 @@ struct Difference {
 
 enum Peers : unsigned { icu = 1, glibc = 2, bothPeers = icu | glibc };
 
-/// Codes as big-endian numbers, written "1A 8160-8161" in hexadecimal. None stands for all codes.
-class CodeRanges {
-public:
-    CodeRanges(char const* text);
-    bool contain(std::uint32_t code) const;
-
-private:
-    std::vector<std::pair<std::uint32_t, std::uint32_t>> m_ranges;
+/// One number or all from the first to the last.
+struct CodeRange {
+    std::uint32_t first;
+    std::uint32_t last = first;
 };
 
 /// Why some codes of some sets differ. It has to explain at least one code in every comparison that it is listed for.
@@ -34,7 +30,7 @@ struct KnownDifference {
     Peers peers;
     std::vector<VynCharSet> sets;
     bool (*holds)(Difference const&);
-    CodeRanges codes;
+    std::vector<CodeRange> codes = {}; ///< As big-endian numbers. None stands for all codes.
 };
 
 extern std::vector<KnownDifference> const knownDifferences;
@@ -47,6 +43,8 @@ struct ComparedSet {
     VynCharSet set;
     char const* icuName;
     char const* glibcName;
+
+    friend void PrintTo(ComparedSet const& row, std::ostream* out) { *out << VynCharSetToString(row.set); }
 };
 
 extern std::vector<ComparedSet> const comparedSets;

@@ -3,11 +3,15 @@
 #include <cstdlib>
 #include <new>
 
-bool memoryIsOut = false;
+unsigned allocationsLeft = unlimitedAllocations;
 
 // Arrays on their own too: a sanitizer's operator for them does not come here.
 void* operator new(std::size_t size) {
-    if (void* const memory = memoryIsOut ? nullptr : std::malloc(size))
+    if (allocationsLeft == 0)
+        throw std::bad_alloc();
+    if (allocationsLeft != unlimitedAllocations)
+        --allocationsLeft;
+    if (void* const memory = std::malloc(size))
         return memory;
     throw std::bad_alloc();
 }

@@ -1,4 +1,7 @@
 #pragma once
 
-/// While true, every `new` of the program and of the libraries in it fails. A program that links FailingAllocation.cpp.
-extern bool memoryIsOut;
+/// How many calls of `new` the program and the libraries in it have left before each one fails. A program that links
+/// FailingAllocation.cpp.
+extern unsigned allocationsLeft;
+
+inline constexpr unsigned unlimitedAllocations = ~0U;

@@ -1,18 +1,18 @@
+#include "tests/support/Random.h"
+
 #include <vynulib/VynCharSetConverter.h>
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <random>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -25,8 +25,7 @@ constexpr std::size_t chunkBytes = 256 * 1024; // what the command reads at a ti
 
 struct Outcome {
     int code;
-    std::string out;
-    std::string err;
+    std::string out, err;
 };
 
 std::string readFile(fs::path const& path) {
@@ -48,28 +47,14 @@ protected:
     }
     ~Vynconv() override { fs::remove_all(dir); }
 
-    /// `line` is split at blanks.
+    /// `line` are the arguments as the shell takes them.
     Outcome run(std::string const& line, std::string const& input = {}) {
         for (char const* name : {"in", "out", "err"})
             fs::remove(dir / name); // truncating a file just written can make the file system wait for the disk
         writeFile(dir / "in", input);
-        std::istringstream in(line);
-        std::vector<std::string> args{std::istream_iterator<std::string>(in), {}};
-        std::vector<char*> argv{const_cast<char*>("vynconv")};
-        for (std::string& arg : args)
-            argv.push_back(arg.data());
-        argv.push_back(nullptr);
-        pid_t const child = fork();
-        if (child == 0) {
-            dup2(open((dir / "in").c_str(), O_RDONLY), STDIN_FILENO);
-            dup2(open((dir / "out").c_str(), O_WRONLY | O_CREAT, 0600), STDOUT_FILENO);
-            dup2(open((dir / "err").c_str(), O_WRONLY | O_CREAT, 0600), STDERR_FILENO);
-            if (chdir((dir / "work").c_str()) == 0)
-                execv(VYNCONV_PATH, argv.data());
-            _exit(127);
-        }
-        int status = 0;
-        waitpid(child, &status, 0);
+        std::string const command =
+            "cd " + (dir / "work").string() + " && exec " VYNCONV_PATH " " + line + " <../in >../out 2>../err";
+        int const status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(dir / "out"), readFile(dir / "err")};
     }
 
@@ -88,60 +73,40 @@ std::string bytesOf(std::basic_string<Unit> const& text) {
 }
 
 // What the library makes of a whole text in one call.
-std::u16string decodeWhole(VynCharSet cs, std::string const& bytes) {
-    std::string const source = bytes + std::string(4, '\0');
-    std::vector<unsigned short> units(bytes.size() + 2);
-    int const limit = cs == VYNCS_UTF16 ? static_cast<int>(bytes.size() / 2) : -1;
-    unsigned long const count = VynCharSetConverter::getConverter(cs)->toUTF16(
-        units.data(), source.data(), units.size() - 1, ILLCHAR_REPLACE, nullptr, limit);
-    return {units.begin(), units.begin() + static_cast<std::ptrdiff_t>(count)};
-}
-
 std::string encodeWhole(VynCharSet cs, std::u16string const& text) {
-    std::vector<unsigned short> units(text.begin(), text.end());
-    units.push_back(0);
     std::string bytes(text.size() * 6 + 4, '\0');
-    bytes.resize(VynCharSetConverter::getConverter(cs)->fromUTF16(bytes.data(), units.data(), bytes.size() - 4,
-                                                                  ILLCHAR_REPLACE, nullptr));
+    auto const* const units = reinterpret_cast<unsigned short const*>(text.c_str());
+    bytes.resize(UTF16ToLocal(bytes.data(), units, bytes.size(), cs));
     return bytes;
 }
 
 TEST_F(Vynconv, ConvertsAndReports) {
     struct Case {
         char const* args;
-        std::string in;
-        std::string out;
+        std::string in, out;
         char const* err; // part of it; "" for none at all
         int code;
     };
     Case const cases[] = {
         // Names and numbers.
-        {"-f koi8r -t utf8", "\xC1\n", "\xD0\xB0\n", "", 0},
         {"-f VYNCS_KOI8R -t 65001 -", "\xC1", "\xD0\xB0", "", 0},
         {"-f Wcp1252 -t vyncs_utf16", "\x80z", bytesOf(u"\u20ACz"s), "", 0},
         {"-f utf8 -t koi8r", "", "", "", 0},
         // Zeros are text.
-        {"-f koi8r -t utf16", "a\0\0b\0"s, bytesOf(u"a\0\0b\0"s), "", 0},
-        {"-f utf32 -t utf8", bytesOf(U"\0\U0001F600\0"s), "\0\xF0\x9F\x98\x80\0"s, "", 0},
         {"-f utf8 -t utf32", "\xC0\x80x", bytesOf(U"\0x"s), "", 0},
         {"-f utf16esc -t utf8", "U+0000U+00E9U+00e9", "\0\xC3\xA9U+00e9"s, "", 0},
         // The lenient parts of UTF-8: what is converted is no loss, whatever the decoder's flag says.
-        {"-f utf8 -t utf16", "\xF0\x9F\x98\x80", bytesOf(u"\U0001F600"s), "", 0},
         {"-f utf8 -t utf8", "\xEF\xBF\xBD\xED\xA0\xBD\xED\xB8\x80", "\xEF\xBF\xBD\xF0\x9F\x98\x80", "", 0},
-        {"-f utf8 -t koi8r", "a\n\xEF\xBF\xBD", "a\n?", "input: 1 character could not be converted, in line 2", 1},
-        {"-f utf8 -t utf8", "a\n\n\x80z\n\xC3", "a\n\nz\n\xEF\xBF\xBD",
-         "2 characters could not be converted, the first in line 3", 1},
+        {"-f utf8 -t utf8", "a\n\x80z\n\xC3", "a\nz\n\uFFFD",
+         "2 characters could not be converted, the first in line 2", 1},
         {"-f utf8 -t utf8", "\xF0\x9F\x98\x80\x80", "\xF0\x9F\x98\x80", "1 character", 1},
-        {"-f utf8 -t koi8r", "\xF4\x90\x80\x80.", "??.", "1 character", 1},
-        {"-f utf8 -t koi8r", "\xF0\x9F\x98\x80\xE4\xB8\x80z", "???z", "2 characters", 1},
-        {"-f utf8 -t koi8r", "\xC3(\xE9", "?(?", "2 characters", 1},
+        {"-f utf8 -t koi8r", "\xF4\x90\x80\x80\xC3(\xE9", "???(?", "3 characters", 1},
         // Other sets' losses.
-        {"-f gb18030 -t utf16", "\x84\x31\xA4\x37\xFF\x84\x31\xA5\x30\0\x81"s, bytesOf(u"\uFFFD\uFFFD\uFFFD\0\uFFFD"s),
-         "3 characters", 1},
+        {"-f gb18030 -t utf16", "\x84\x31\xA4\x37\xFF\0\x81"s, bytesOf(u"\uFFFD\uFFFD\0\uFFFD"s), "2 characters", 1},
         {"-f euc_jp -t utf8", "\x80\n\xA4\xA2", "\n\xE3\x81\x82", "", 0},
         {"-f utf32 -t koi8r", bytesOf(U"a\x110000z"s), "a??z", "1 character", 1},
         // Incomplete units and lone surrogates.
-        {"-f utf16 -t utf8", bytesOf(u"a\n"s) + "b", "a\n\xEF\xBF\xBD", "in line 2", 1},
+        {"-f utf16 -t utf8", bytesOf(u"a\n"s) + "b", "a\n\uFFFD", "1 character could not be converted, in line 2", 1},
         {"-f utf32 -t utf16", bytesOf(U"a"s) + "bcd", bytesOf(u"a\uFFFD"s), "1 character", 1},
         {"-f utf16 -t gb18030", bytesOf(u"\xD800z\n\xDC00"s), "?z\n?", "2 characters", 1},
         {"-f utf16 -t utf8", bytesOf(u"\xD83D\xDE00\xD83D"s), "\xF0\x9F\x98\x80?", "1 character", 1},
@@ -149,21 +114,16 @@ TEST_F(Vynconv, ConvertsAndReports) {
         // Policies.
         {"--on-error=escape -f utf8 -t koi8r", "\xE4\xB8\x80z\xFF", "U+4E00zU+FFFD", "2 characters", 1},
         {"--on-error=escape -f utf16 -t utf8", bytesOf(u"\xD800z\xD801"s), "U+D800zU+D801", "2 characters", 1},
-        {"--on-error=escape -f utf16 -t utf32", bytesOf(u"\xD800z"s), bytesOf(U"U+D800z"s), "1 character", 1},
-        {"--on-error=stop -f utf8 -t koi8r", "a\nb\xE4\xB8\x80z\x80", "a\nb",
-         "1 character could not be converted, in line 2; stopped", 1},
+        {"--on-error=stop -f utf8 -t koi8r", "a\nb日z\x80", "a\nb", "in line 2; stopped", 1},
         {"--on-error=stop -f gb18030 -t utf8", "a\0b\xFFz"s, "a\0b"s, "stopped", 1},
-        {"--on-error=stop -f utf16 -t utf8", bytesOf(u"ab\xD800z"s), "ab", "stopped", 1},
         // Usage and files.
         {"-t utf8", "a", "", "-f FROM and -t TO", 2},
         {"-f utf9 -t utf8", "a", "", "unknown character set 'utf9'", 2},
         {"-f utf8 -t 28602", "a", "", "unknown character set '28602'", 2},
         {"-f EUC_TW -t utf8", "a", "", "no converter for VYNCS_EUC_TW", 2},
         {"-f utf8 -t utf8 --on-error=ignore", "a", "", "--on-error", 2},
-        {"-f utf8 -t utf8 --wrong", "a", "", "--wrong", 2},
         {"-f utf8 -t", "a", "", "needs a value", 2},
         {"-f utf8 -t utf8 missing", "a", "", "missing: No such file", 2},
-        {"-f utf8 -t utf8 .", "a", "", "Is a directory", 2},
         {"-f utf8 -t utf8 -o missing/out", "a", "", "missing/out: No such file", 2},
         {"-f utf8 -t utf8 -o /dev/full", "a", "", "/dev/full: No space left", 2},
         {"-f utf8 -t utf16 -o /dev/stdout", "a", bytesOf(u"a"s), "", 0},
@@ -181,7 +141,6 @@ TEST_F(Vynconv, TellsAboutSetsAndItself) {
     std::string const list = run("--list").out;
     EXPECT_EQ(std::count(list.begin(), list.end(), '\n'), 41);
     EXPECT_NE(list.find("20866 VYNCS_KOI8R\n"), std::string::npos);
-    EXPECT_EQ(list.find("EUC_TW"), std::string::npos);
 
     setenv("LANG", "ja_JP.eucJP", 1);
     EXPECT_EQ(run("--detect").out, "VYNCS_EUC_JP (51932) from LANG=ja_JP.eucJP\n");
@@ -198,71 +157,60 @@ TEST_F(Vynconv, TellsAboutSetsAndItself) {
 // One line longer than a chunk, without a blank: the command has to find the ends of characters itself. A few
 // characters in front move all others across the borders of the chunks. The whole text in one call is the measure.
 TEST_F(Vynconv, LongLinesAtEveryBorder) {
-    std::pair<VynCharSet, std::u16string> const charactersOfSets[] = {
-        {VYNCS_KOI8R, u"aZ\u0430\u0411"},
-        {VYNCS_UTF8, u"a\u00E9\u4E00\U0001F600\uFFFD\u05D0"},
-        {VYNCS_UTF16, u"a\u4E00\U0001F600\uFFFD"},
-        {VYNCS_UTF32, u"a\u4E00\U0001F600\uFFFD"},
-        {VYNCS_UTF16ESC, u"a\u4E00\U0001F600\u00E9"},
-        {VYNCS_GB18030, u"0\u4E00\u0080\U0001F600\uFFFD\u00E9"},
-        {VYNCS_WCP932, u"\u3042\uFF71\u8868\u30BD"},
-        {VYNCS_BIG5, u"\u4E00\u529F\u8A31\u84CB"},
-        {VYNCS_SJIS0213, u"\u3042\uFF71\U0002000B\u8868"},
-        {VYNCS_EUC_JP, u"\u3042\uFF71\u00A5\u4E9C"},
+    std::pair<VynCharSet, std::vector<std::u16string>> const charactersOfSets[] = {
+        {VYNCS_UTF8, {u"a", u"\u00E9", u"\u4E00", u"\U0001F600", u"\uFFFD"}},
+        {VYNCS_UTF16, {u"a", u"\u4E00", u"\U0001F600", u"\uFFFD"}},
+        {VYNCS_UTF16ESC, {u"a", u"\u4E00", u"\U0001F600", u"\u00E9"}},
+        {VYNCS_GB18030, {u"0", u"\u4E00", u"\u0080", u"\U0001F600", u"\uFFFD", u"\u00E9"}},
+        {VYNCS_SJIS0213, {u"\u3042", u"\uFF71", u"\U0002000B", u"\u8868"}},
+        {VYNCS_EUC_JP, {u"\u3042", u"\uFF71", u"\u00A5", u"\u4E9C"}},
     };
-    std::mt19937 random(1);
+    TestRandom random;
     for (auto const& [cs, characters] : charactersOfSets) {
         std::u16string text;
-        while (text.size() < chunkBytes + 100) {
-            std::size_t const i = random() % characters.size();
-            bool const low = (characters[i] & 0xFC00) == 0xDC00;
-            bool const high = (characters[i] & 0xFC00) == 0xD800;
-            text += characters.substr(i - low, low || high ? 2 : 1);
-        }
+        while (text.size() < chunkBytes + 100)
+            text += characters[random.below(characters.size())];
         for (std::size_t shift = 0; shift < 6; ++shift, text.insert(0, 1, u'x')) {
             SCOPED_TRACE(VynCharSetToString(cs) + " shifted by "s + std::to_string(shift));
-            std::string const local = encodeWhole(cs, text);
-            std::string const utf8 = encodeWhole(VYNCS_UTF8, text);
-            Outcome const to = convert(VYNCS_UTF8, cs, utf8);
-            Outcome const from = convert(cs, VYNCS_UTF8, local);
+            std::string const local = encodeWhole(cs, text), utf8 = encodeWhole(VYNCS_UTF8, text);
+            Outcome const to = convert(VYNCS_UTF8, cs, utf8), from = convert(cs, VYNCS_UTF8, local);
             EXPECT_EQ(to.err + from.err, "");
-            EXPECT_TRUE(to.out == local); // too long to be printed
-            EXPECT_TRUE(from.out == utf8);
+            EXPECT_TRUE(to.out == local && from.out == utf8) << "too long to be printed, seed " << random.seed();
         }
     }
 }
 
 // Bytes at random, rich in leads without trails: cuts must not make or hide an error.
 TEST_F(Vynconv, RandomBytes) {
-    std::mt19937 random(2);
+    TestRandom random;
     for (VynCharSet const cs : {VYNCS_UTF8, VYNCS_GB18030, VYNCS_WCP932, VYNCS_WCP936, VYNCS_WCP949, VYNCS_BIG5,
                                 VYNCS_EUC_CN, VYNCS_EUC_JP, VYNCS_SJIS0213, VYNCS_WCP1255}) {
-        std::string bytes(chunkBytes + 5000 + random() % 9, '\0');
+        std::string bytes(chunkBytes + 5000 + random.below(9), '\0');
         for (char& byte : bytes)
-            byte = static_cast<char>(random() % 4 == 0 ? '!' + random() % 94 : 0x80 + random() % 128);
-        std::u16string const text = decodeWhole(cs, bytes);
+            byte = static_cast<char>(random.below(4) == 0 ? '!' + random.below(94) : 0x80 + random.below(128));
+        std::u16string text(bytes.size(), u'\0');
+        auto* const units = reinterpret_cast<unsigned short*>(text.data());
+        text.resize(VynCharSetConverter::getConverter(cs)->toUTF16(units, bytes.c_str(), bytes.size(), ILLCHAR_REPLACE,
+                                                                   nullptr, -1));
         Outcome const got = convert(cs, VYNCS_UTF16, bytes);
-        SCOPED_TRACE(VynCharSetToString(cs));
-        EXPECT_EQ(got.code, 1);
-        EXPECT_TRUE(got.out == bytesOf(text));
-        if (cs == VYNCS_UTF8)
-            continue; // skips bytes: not all that is lost is seen in the text
+        EXPECT_TRUE(got.code == 1 && got.out == bytesOf(text)) << VynCharSetToString(cs) << ", seed " << random.seed();
+        // UTF-8 skips bytes: not all that is lost is seen in the text.
         std::string const lost = std::to_string(std::count(text.begin(), text.end(), u'\uFFFD'));
-        EXPECT_NE(got.err.find(lost + " characters"), std::string::npos) << got.err << lost;
+        EXPECT_TRUE(cs == VYNCS_UTF8 || got.err.find(lost + " characters") != std::string::npos) << got.err << lost;
     }
 }
 
 TEST_F(Vynconv, ZerosAndLinesInLongFiles) {
-    std::mt19937 random(3);
+    TestRandom random;
     std::string bytes(3 * chunkBytes + 7, '\0');
     for (char& byte : bytes)
-        byte = static_cast<char>(random() % 20 == 0 ? 0 : random() % 256);
+        byte = static_cast<char>(random.below(20) == 0 ? 0 : random.below(256));
     std::string const line = std::to_string(std::count(bytes.begin(), bytes.end(), '\n') + 1);
     for (VynCharSet const cs : {VYNCS_UTF8, VYNCS_UTF16, VYNCS_UTF32, VYNCS_UTF16ESC, VYNCS_GB18030}) {
         Outcome const there = convert(VYNCS_KOI8R, cs, bytes);
         Outcome const back = convert(cs, VYNCS_KOI8R, there.out + convert(VYNCS_UTF8, cs, "\u4E00").out);
         EXPECT_EQ(there.code, 0);
-        EXPECT_TRUE(back.out == bytes + "?") << cs;
+        EXPECT_TRUE(back.out == bytes + "?") << cs << ", seed " << random.seed();
         EXPECT_NE(back.err.find(" 1 character could not be converted, in line " + line + "\n"), std::string::npos);
     }
 }
@@ -271,18 +219,16 @@ TEST_F(Vynconv, OutputIsWholeOrAbsent) {
     std::string const longText(2 * chunkBytes, 'x');
     writeFile(work("good"), "\xC1");
     writeFile(work("bad"), longText + "\xE4\xB8\x80");
-    auto const codeOf = [&](char const* args) { return run(args).code; };
+    auto const codeOf = [&](std::string const& args) { return run(args).code; };
     auto const fileCount = [&] { return std::distance(fs::directory_iterator(dir / "work"), {}); };
 
-    for (std::string const before : {"", "before"}) {
-        if (!before.empty())
-            writeFile(work("out"), before);
-        EXPECT_EQ(codeOf("-f utf8 -t koi8r -o out --on-error=stop bad"), 1);
-        EXPECT_EQ(codeOf("-f utf8 -t koi8r -o out bad missing"), 2);
-        EXPECT_EQ(readFile(work("out")), before);
-        EXPECT_EQ(fileCount(), before.empty() ? 2 : 3); // no temporary file is left
+    writeFile(work("old"), "old");
+    for (std::string const name : {"new", "old"}) {
+        EXPECT_EQ(codeOf("-f utf8 -t koi8r --on-error=stop bad -o " + name), 1);
+        EXPECT_EQ(codeOf("-f utf8 -t koi8r bad missing -o " + name), 2);
     }
-    fs::remove(work("out"));
+    EXPECT_EQ(readFile(work("old")), "old");
+    EXPECT_EQ(fileCount(), 3); // neither "new" nor a temporary file
     mode_t const mask = umask(026);
     EXPECT_EQ(codeOf("-f utf8 -t koi8r -o out bad"), 1);
     umask(mask);
@@ -294,17 +240,7 @@ TEST_F(Vynconv, OutputIsWholeOrAbsent) {
     EXPECT_EQ(codeOf("-f koi8r -t utf8 -o link good link"), 0);
     EXPECT_EQ(readFile(work("good")), "\xD0\xB0\xD0\xB0");
     EXPECT_TRUE(fs::is_symlink(work("link")));
-    EXPECT_EQ(fileCount(), 4);
-}
-
-TEST_F(Vynconv, WritesAFifoDirectly) {
-    ASSERT_EQ(mkfifo(work("fifo").c_str(), 0600), 0);
-    int const reader = open(work("fifo").c_str(), O_RDONLY | O_NONBLOCK);
-    EXPECT_EQ(run("-f koi8r -t utf8 -o fifo", "\xC1").code, 0);
-    char got[8] = {};
-    EXPECT_EQ(read(reader, got, sizeof got), 2);
-    EXPECT_STREQ(got, "\xD0\xB0");
-    close(reader);
+    EXPECT_EQ(fileCount(), 5);
 }
 
 } // namespace
