@@ -100,7 +100,10 @@ TEST_F(Vynconv, ConvertsAndReports) {
         {"-f utf8 -t utf8", "a\n\x80z\n\xC3", "a\nz\n\uFFFD",
          "2 characters could not be converted, the first in line 2", 1},
         {"-f utf8 -t utf8", "\xF0\x9F\x98\x80\x80", "\xF0\x9F\x98\x80", "1 character", 1},
-        {"-f utf8 -t koi8r", "\xF4\x90\x80\x80\xC3(\xE9", "???(?", "3 characters", 1},
+        {"-f utf8 -t koi8r", "\xF4\x90\x80\x80\xC3.\xE9z",
+         "??"
+         "?.?z",
+         "3 characters", 1},
         // Other sets' losses.
         {"-f gb18030 -t utf16", "\x84\x31\xA4\x37\xFF\0\x81"s, bytesOf(u"\uFFFD\uFFFD\0\uFFFD"s), "2 characters", 1},
         {"-f euc_jp -t utf8", "\x80\n\xA4\xA2", "\n\xE3\x81\x82", "", 0},
@@ -114,7 +117,7 @@ TEST_F(Vynconv, ConvertsAndReports) {
         // Policies.
         {"--on-error=escape -f utf8 -t koi8r", "\xE4\xB8\x80z\xFF", "U+4E00zU+FFFD", "2 characters", 1},
         {"--on-error=escape -f utf16 -t utf8", bytesOf(u"\xD800z\xD801"s), "U+D800zU+D801", "2 characters", 1},
-        {"--on-error=stop -f utf8 -t koi8r", "a\nb日z\x80", "a\nb", "in line 2; stopped", 1},
+        {"--on-error=stop -f utf8 -t koi8r", "a\nb日z\x80", "a\nb", ", in line 2; stopped", 1},
         {"--on-error=stop -f gb18030 -t utf8", "a\0b\xFFz"s, "a\0b"s, "stopped", 1},
         // Usage and files.
         {"-t utf8", "a", "", "-f FROM and -t TO", 2},
