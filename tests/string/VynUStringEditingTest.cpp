@@ -1,4 +1,3 @@
-
 #include "tests/string/StringTestKit.h"
 #include "tests/support/Random.h"
 
