@@ -138,9 +138,11 @@ unsigned long countDecoded(Codec const& codec, void const* src, unsigned long le
     return countUnits(src, len, [&codec](unsigned char const* at, unsigned long bytesLeft) {
         constexpr unsigned long maxBytes = 4;
         unsigned char tail[maxBytes + 1] = {};
-        bool const nearEnd = bytesLeft < maxBytes;
-        Decoded const found =
-            codec.decodeOne(nearEnd ? static_cast<unsigned char const*>(std::memcpy(tail, at, bytesLeft)) : at);
+        if (bytesLeft < maxBytes) {
+            std::memcpy(tail, at, strnlen(reinterpret_cast<char const*>(at), bytesLeft));
+            at = tail;
+        }
+        Decoded const found = codec.decodeOne(at);
         return Counted{found.bytes, found.verdict == Verdict::Mapped && found.value > maxBmpValue ? 2U : 1U};
     });
 }

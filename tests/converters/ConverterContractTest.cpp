@@ -1,3 +1,5 @@
+#include "tests/support/GuardedBuffer.h"
+
 #include <vynulib/VynCharSetConverter.h>
 
 #include <gtest/gtest.h>
@@ -47,6 +49,18 @@ TEST_P(ConverterContract, TouchesNothingForNullPointers) {
     EXPECT_EQ(converter.getNumBytes(nullptr, 4), 0UL);
     EXPECT_EQ(converter.getNumUnits(bytes, 0), 0UL);
     EXPECT_EQ(converter.getNumBytes(units, 0), 0UL);
+}
+
+TEST_P(ConverterContract, CountsNoFurtherThanTheTerminator) {
+    GuardedBuffer memory(16);
+    unsigned const unit = GetParam().minUnit;
+    unsigned char* const text = memory.end() - unit - GetParam().terminator;
+    constexpr unsigned char bytes[] = {0x41, 0x81}; // the latter is a lead byte, but in UTF-8 a stray one
+    for (unsigned char const byte : bytes)
+        for (unsigned const units : {2U, 3U, 9U}) {
+            text[0] = byte;
+            EXPECT_EQ(converter.getNumUnits(text, units * unit), GetParam().cs == VYNCS_UTF8 && byte != 0x41 ? 0U : 1U);
+        }
 }
 
 INSTANTIATE_TEST_SUITE_P(Sets, ConverterContract, testing::ValuesIn(servedSets),
