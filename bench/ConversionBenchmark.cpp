@@ -7,7 +7,7 @@
 #include <iconv.h>
 #include <unicode/ucnv.h>
 
-#include <algorithm>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -44,12 +44,20 @@ constexpr TextOfSet texts[] = {
     {"gb18030-chinese", VYNCS_GB18030, "GB18030", "gb18030", chinese},
 };
 
-/// At least `bytes` bytes of the text in its set, in whole sentences, and the same in UTF-16.
+/// At least `bytes` bytes of the text in its set, and the same in UTF-16: its words in random order, as a text that
+/// repeats itself would teach the branch predictor its every turn.
 struct Sample {
     Sample(TextOfSet const& text, std::size_t bytes) {
         VynCharSetConverter& converter = *VynCharSetConverter::getConverter(text.cs);
+        std::vector<std::u16string> words(1);
+        for (char16_t const* unit = text.sentence; *unit != 0; ++unit) {
+            words.back() += *unit;
+            if (*unit == u' ' && unit[1] != 0)
+                words.emplace_back();
+        }
+        std::mt19937 random(1);
         while (encoded.size() < bytes) {
-            units += text.sentence;
+            units += words[random() % words.size()];
             auto const* const source = reinterpret_cast<unsigned short const*>(units.c_str());
             encoded.resize(converter.getNumBytes(source, units.size()) + 4);
             encoded.resize(converter.fromUTF16(encoded.data(), source, encoded.size() - 4, ILLCHAR_STOP, nullptr));

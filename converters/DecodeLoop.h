@@ -14,6 +14,9 @@
 //   static constexpr bool limitBehindMalformed;   whether the source limit is tested behind malformed bytes
 //   bool ready() const;                           whether there are tables
 //   Decoded decodeOne(unsigned char const*) const
+//   Decoded decodeAhead(unsigned char const*) const
+//                                                 optional: the same, where the byte behind the first can be read in any
+//                                                 case
 //   long decodeBlocks(unsigned char const* src, unsigned char const* end, unsigned short* dst) const
 //                                                 optional: converts blocks of mapped one-byte characters that end by
 //                                                 `end`, as many as follow each other; returns their characters
@@ -40,6 +43,14 @@ void writeDecoded(unsigned short*& dst, unsigned value) {
     }
 }
 
+template <class Codec>
+Decoded decodeInRun(Codec const& codec, unsigned char const* src, unsigned char const* runEnd) {
+    if constexpr (requires { codec.decodeAhead(src); })
+        if (runEnd - src >= 2)
+            return codec.decodeAhead(src);
+    return codec.decodeOne(src);
+}
+
 /// The fast path: all that decodeText does while neither terminator nor room nor a source limit can end it.
 /// With ILLCHAR_STOP it ends before the first character that can't be converted.
 template <class Codec>
@@ -60,7 +71,7 @@ void decodeRun(Codec const& codec, DecodeCursor& at, unsigned long room, bool st
             if (src == at.runEnd)
                 break;
         }
-        Decoded found = codec.decodeOne(src);
+        Decoded found = decodeInRun(codec, src, at.runEnd);
         if (found.verdict != Verdict::Mapped) {
             if (stops)
                 break;

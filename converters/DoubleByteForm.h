@@ -24,6 +24,18 @@ public:
         return lookedUp(forward.lookup(static_cast<unsigned short>(byte << 8 | at[1])), 2);
     }
 
+    /// The same where the byte behind the first can be read whatever that is: without a branch between one byte and two,
+    /// which alternate in real text.
+    template <class Table>
+    Decoded decodeAhead(unsigned char const* at, Table const& forward) const {
+        bool const lead = isLead(at[0]);
+        if (lead > isTrail(at[1])) // a lead byte and no trail byte, in one test
+            return malformed(1);
+        unsigned const shift = lead ? 8 : 0;
+        unsigned const code = (unsigned{at[0]} << shift) | (at[1] & ((1U << shift) - 1));
+        return lookedUp(forward.lookup(static_cast<unsigned short>(code)), lead ? 2 : 1);
+    }
+
     /// A code as its one or two bytes, 0 being none.
     static Encoded encoded(unsigned code, unsigned units) {
         if (code == 0)

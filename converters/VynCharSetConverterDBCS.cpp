@@ -15,6 +15,7 @@ struct vyn::DoubleByteCodec {
 
     bool ready() const { return forward != nullptr; }
     Decoded decodeOne(unsigned char const* at) const { return form.decodeOne(at, *forward); }
+    Decoded decodeAhead(unsigned char const* at) const { return form.decodeAhead(at, *forward); }
     Encoded encodeOne(unsigned short const* at) const { return form.encoded(reverse->lookup(*at), 1); }
 };
 

@@ -34,6 +34,15 @@ struct vyn::EucCnKrCodec {
         return lookedUp(forward->lookup(rowCellCode(at[0], at[1])), 2);
     }
 
+    /// Looks up ASCII as well, as a branch between one byte and two, which alternate in real text, would cost more.
+    Decoded decodeAhead(unsigned char const* at) const {
+        bool const ascii = isAscii(at[0]);
+        if (!ascii && (!isRowOrCell(at[0]) || !isRowOrCell(at[1])))
+            return malformed(1);
+        unsigned const value = forward->lookup(rowCellCode(at[0], at[1]));
+        return lookedUp(ascii ? at[0] : value, ascii ? 1 : 2);
+    }
+
     Encoded encodeOne(unsigned short const* at) const {
         if (isAscii(*at))
             return {*at, 1, 1, Verdict::Mapped};
