@@ -1,9 +1,9 @@
 #include <vynulib/VynCharSet.h>
 
-#include "charset/ScratchUnits.h"
-#include "converters/UnitEscape.h"
+#include "base/ScratchUnits.h"
+#include "base/UnitEscape.h"
+#include "base/UnitScan.h"
 #include "converters/Utf8Encoder.h"
-#include "unicode/UnitScan.h"
 
 #include <vynulib/CharSetConverterManager.h>
 #include <vynulib/VynCharSetConverter.h>

@@ -1,10 +1,10 @@
 #include "converters/Utf8Encoder.h"
 
-#include "converters/AsciiRun.h"
-#include "converters/CodecStep.h"
-#include "converters/UnitEscape.h"
-#include "unicode/Surrogates.h"
-#include "unicode/UnitScan.h"
+#include "base/Surrogates.h"
+#include "base/UnitEscape.h"
+#include "base/UnitScan.h"
+#include "converters/kernels/AsciiRun.h"
+#include "converters/loops/CodecStep.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include <vynulib/VynCharSetConverterDBCSEx.h>
 
-#include "converters/DecodeLoop.h"
-#include "converters/DoubleByteForm.h"
-#include "converters/EncodeLoop.h"
+#include "converters/codecs/DoubleByteForm.h"
+#include "converters/loops/DecodeLoop.h"
+#include "converters/loops/EncodeLoop.h"
 
 struct vyn::DoubleByteExCodec {
     static constexpr bool supplementary = true;

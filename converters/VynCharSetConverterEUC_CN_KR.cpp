@@ -1,8 +1,8 @@
 #include <vynulib/VynCharSetConverterEUC_CN_KR.h>
 
-#include "converters/DecodeLoop.h"
-#include "converters/EncodeLoop.h"
-#include "converters/RowCellCode.h"
+#include "converters/codecs/RowCellCode.h"
+#include "converters/loops/DecodeLoop.h"
+#include "converters/loops/EncodeLoop.h"
 
 namespace {
 

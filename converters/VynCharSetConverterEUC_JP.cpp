@@ -1,10 +1,10 @@
 #include <vynulib/VynCharSetConverterEUC_JP.h>
 
-#include "converters/BuildOnce.h"
-#include "converters/DecodeLoop.h"
-#include "converters/EncodeLoop.h"
+#include "base/BuildOnce.h"
 #include "converters/MapRecords.h"
-#include "converters/RowCellCode.h"
+#include "converters/codecs/RowCellCode.h"
+#include "converters/loops/DecodeLoop.h"
+#include "converters/loops/EncodeLoop.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <vynulib/VynCharSetConverterGB18030.h>
 
-#include "converters/BuildOnce.h"
-#include "converters/DecodeLoop.h"
-#include "converters/EncodeLoop.h"
+#include "base/BuildOnce.h"
+#include "converters/loops/DecodeLoop.h"
+#include "converters/loops/EncodeLoop.h"
 #include "tables/Tables.h"
 
 #include <algorithm>

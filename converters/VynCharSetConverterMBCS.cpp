@@ -1,6 +1,6 @@
 #include <vynulib/VynCharSetConverterMBCS.h>
 
-#include "converters/BuildOnce.h"
+#include "base/BuildOnce.h"
 #include "converters/MapRecords.h"
 
 VynCharSetConverterMBCS::~VynCharSetConverterMBCS() {

@@ -1,6 +1,6 @@
 #include <vynulib/VynCharSetConverterMBCSEx.h>
 
-#include "converters/BuildOnce.h"
+#include "base/BuildOnce.h"
 
 #include <memory>
 

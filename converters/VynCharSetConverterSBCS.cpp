@@ -1,11 +1,11 @@
 #include <vynulib/VynCharSetConverterSBCS.h>
 
-#include "converters/BuildOnce.h"
-#include "converters/DecodeLoop.h"
-#include "converters/EncodeLoop.h"
+#include "base/BuildOnce.h"
+#include "base/UnitScan.h"
+#include "base/Words.h"
 #include "converters/MapRecords.h"
-#include "converters/Words.h"
-#include "unicode/UnitScan.h"
+#include "converters/loops/DecodeLoop.h"
+#include "converters/loops/EncodeLoop.h"
 
 namespace {
 

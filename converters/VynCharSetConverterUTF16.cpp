@@ -1,6 +1,6 @@
 #include <vynulib/VynCharSetConverterUTF16.h>
 
-#include "unicode/UnitScan.h"
+#include "base/UnitScan.h"
 
 #include <algorithm>
 #include <cstdint>

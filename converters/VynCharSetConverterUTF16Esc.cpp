@@ -1,7 +1,7 @@
 #include <vynulib/VynCharSetConverterUTF16Esc.h>
 
-#include "converters/DecodeLoop.h"
-#include "converters/EncodeLoop.h"
+#include "converters/loops/DecodeLoop.h"
+#include "converters/loops/EncodeLoop.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <vynulib/VynCharSetConverterUTF32.h>
 
-#include "converters/EncodeLoop.h"
-#include "unicode/Surrogates.h"
+#include "base/Surrogates.h"
+#include "converters/loops/EncodeLoop.h"
 
 #include <cstring>
 

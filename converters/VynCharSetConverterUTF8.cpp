@@ -1,10 +1,10 @@
 #include <vynulib/VynCharSetConverterUTF8.h>
 
-#include "converters/AsciiRun.h"
-#include "converters/CodecStep.h"
-#include "converters/EncodeLoop.h"
+#include "base/Surrogates.h"
 #include "converters/Utf8Encoder.h"
-#include "unicode/Surrogates.h"
+#include "converters/kernels/AsciiRun.h"
+#include "converters/loops/CodecStep.h"
+#include "converters/loops/EncodeLoop.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -3,7 +3,7 @@
 #include <vynulib/VynCharSetConverter.h>
 #include <vynulib/VynUChar.h>
 
-#include "string/PaddedBytes.h"
+#include "base/PaddedBytes.h"
 
 #include <algorithm>
 #include <cstring>

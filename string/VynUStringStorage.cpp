@@ -2,8 +2,8 @@
 
 #include <vynulib/VynCharSetConverter.h>
 
-#include "string/PaddedBytes.h"
-#include "unicode/UnitScan.h"
+#include "base/PaddedBytes.h"
+#include "base/UnitScan.h"
 
 #include <algorithm>
 #include <charconv>

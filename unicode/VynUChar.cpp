@@ -1,7 +1,7 @@
 #include <vynulib/VynUChar.h>
 
+#include "base/Surrogates.h"
 #include "tables/Tables.h"
-#include "unicode/Surrogates.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "tests/differential/KnownDifferences.h"
 
-#include "unicode/Surrogates.h"
+#include "base/Surrogates.h"
 
 #include <algorithm>
 

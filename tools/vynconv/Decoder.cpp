@@ -1,7 +1,7 @@
 #include "tools/vynconv/Decoder.h"
 
+#include "base/Surrogates.h"
 #include "tools/vynconv/Utf8Losses.h"
-#include "unicode/Surrogates.h"
 
 #include <algorithm>
 #include <cstdint>

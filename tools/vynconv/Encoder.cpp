@@ -1,7 +1,7 @@
 #include "tools/vynconv/Encoder.h"
 
-#include "converters/UnitEscape.h"
-#include "unicode/Surrogates.h"
+#include "base/Surrogates.h"
+#include "base/UnitEscape.h"
 
 #include <algorithm>
 #include <cstring>

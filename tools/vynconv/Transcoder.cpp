@@ -1,9 +1,9 @@
 #include "tools/vynconv/Transcoder.h"
 
+#include "base/Surrogates.h"
 #include "tools/vynconv/Input.h"
 #include "tools/vynconv/Output.h"
 #include "tools/vynconv/Progress.h"
-#include "unicode/Surrogates.h"
 
 #include <algorithm>
 #include <cstring>

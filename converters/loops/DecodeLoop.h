@@ -1,7 +1,7 @@
 #pragma once
 
-#include "converters/CodecStep.h"
-#include "unicode/Surrogates.h"
+#include "base/Surrogates.h"
+#include "converters/loops/CodecStep.h"
 
 #include <vynulib/VynCharSetConverter.h>
 

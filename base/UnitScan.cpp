@@ -1,4 +1,4 @@
-#include "unicode/UnitScan.h"
+#include "base/UnitScan.h"
 
 #include <cstdint>
 

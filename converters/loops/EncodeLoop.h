@@ -1,9 +1,9 @@
 #pragma once
 
-#include "converters/CodecStep.h"
-#include "converters/UnitEscape.h"
-#include "unicode/Surrogates.h"
-#include "unicode/UnitScan.h"
+#include "base/Surrogates.h"
+#include "base/UnitEscape.h"
+#include "base/UnitScan.h"
+#include "converters/loops/CodecStep.h"
 
 #include <vynulib/VynCharSetConverter.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "converters/Words.h"
+#include "base/Words.h"
 
 namespace vyn {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "converters/CodecStep.h"
+#include "converters/loops/CodecStep.h"
 
 namespace vyn {
 
