@@ -3,6 +3,7 @@
 #include "charset/StaticConverters.h"
 
 #include <atomic>
+#include <utility>
 
 namespace {
 
@@ -47,9 +48,6 @@ CharSetConverterManager::CharSetConverterManager() {
         insert(converter->m_eCharSet, converter, true);
     for (CharSetName const& row : charSetNames)
         insertCharSetMap(row.cs, VynUString(row.name, VYNCS_UTF8));
-    // A name is rendered once and for all here, so that looking it up only reads.
-    for (auto& [cs, name] : m_oCharSetNameMap)
-        name.c_str(VYNCS_ISO_8859_1);
 }
 
 CharSetConverterManager::~CharSetConverterManager() {
@@ -63,8 +61,11 @@ void CharSetConverterManager::insert(VynCharSet cs, VynCharSetConverter* conv, b
 }
 
 void CharSetConverterManager::insertCharSetMap(VynCharSet cs, VynUString const& name) {
+    // A name is rendered before anybody can find it, so that looking it up only reads.
+    VynUString rendered(name);
+    rendered.c_str(VYNCS_ISO_8859_1);
     m_oNameMap.try_emplace(name, cs);
-    m_oCharSetNameMap.try_emplace(cs, name);
+    m_oCharSetNameMap.try_emplace(cs, std::move(rendered));
 }
 
 VynCharSetConverter* CharSetConverterManager::getConverter(VynCharSet cs) {

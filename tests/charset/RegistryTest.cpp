@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <barrier>
+#include <functional>
 #include <set>
 #include <string>
 #include <thread>
@@ -81,6 +83,26 @@ TEST(Registry, KeepsTheFirstRegistration) {
         EXPECT_STREQ(registry.charSetToString(VynCharSet(28602)), "TWELVE");
     }
     EXPECT_EQ(destroyed, 3); // the given one by the registry, each of the other two by its own scope
+}
+
+TEST(Registry, RendersANameBeforeItCanBeFound) {
+    CharSetConverterManager registry;
+    constexpr int sets = 500;
+    for (int number = 0; number < sets; ++number)
+        registry.insertCharSetMap(VynCharSet(100000 + number), VynUString(number));
+    std::vector<char const*> found[2];
+    std::barrier start(2);
+    auto const lookUp = [&](std::vector<char const*>& names) {
+        for (int number = 0; number < sets; ++number) {
+            start.arrive_and_wait();
+            names.push_back(registry.charSetToString(VynCharSet(100000 + number)));
+        }
+    };
+    std::thread other(lookUp, std::ref(found[1]));
+    lookUp(found[0]);
+    other.join();
+    EXPECT_EQ(found[0], found[1]);
+    EXPECT_STREQ(found[0].back(), "499");
 }
 
 TEST(Registry, AnswersThreadsAtOnce) {
