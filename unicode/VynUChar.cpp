@@ -1,5 +1,6 @@
 #include <vynulib/VynUChar.h>
 
+#include "base/LoadedObject.h"
 #include "base/Surrogates.h"
 #include "tables/Tables.h"
 
@@ -40,11 +41,24 @@ bool isEastAsianLetter(unsigned short unit) {
     return false;
 }
 
+struct CharTables {
+    VynUCharTable upperCase{toUpperTable, true};
+    VynUCharTable lowerCase{toLowerTable, true};
+    VynUCharTable charClass{classTable, false};
+};
+
+constinit vyn::LoadedObject<CharTables> charTables;
+
+[[gnu::destructor]] void unload() {
+    if (!vyn::processIsEnding())
+        charTables.destroy();
+}
+
 } // namespace
 
-constinit VynUCharTable VynUChar::m_gUpperCaseTable(toUpperTable, true);
-constinit VynUCharTable VynUChar::m_gLowerCaseTable(toLowerTable, true);
-constinit VynUCharTable VynUChar::m_gCharClassTable(classTable, false);
+constinit VynUCharTable& VynUChar::m_gUpperCaseTable = charTables.object.upperCase;
+constinit VynUCharTable& VynUChar::m_gLowerCaseTable = charTables.object.lowerCase;
+constinit VynUCharTable& VynUChar::m_gCharClassTable = charTables.object.charClass;
 
 VynUChar::VynUChar(unsigned short high, unsigned short low) noexcept
     : m_nCodePoint(vyn::isHighSurrogate(high) && vyn::isLowSurrogate(low) ? vyn::combineSurrogates(high, low) : 0) {}

@@ -57,5 +57,6 @@ private:
     std::map<VynCharSet, VynUString> m_oCharSetNameMap;
 };
 
-/// The one registry of the library.
-extern VYNULIB_API CharSetConverterManager g_oCnvtMgr;
+/// The one registry of the library, there from when it is loaded until it is unloaded. It is not destroyed where the
+/// process ends, and neither are the converters that it owns then: threads may still convert.
+extern VYNULIB_API CharSetConverterManager& g_oCnvtMgr;

@@ -44,10 +44,10 @@ public:
     bool isNonChar() const;
 
     /// The simple upper-case and lower-case mapping of a unit, 0 for a unit that has none.
-    static VynUCharTable m_gUpperCaseTable, m_gLowerCaseTable;
+    static VynUCharTable &m_gUpperCaseTable, &m_gLowerCaseTable;
 
     /// The class bits as listed: `getCharClass` adds to them the ideographs, the syllables and the surrogates.
-    static VynUCharTable m_gCharClassTable;
+    static VynUCharTable& m_gCharClassTable;
 
 private:
     unsigned int m_nCodePoint;
