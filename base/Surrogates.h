@@ -13,6 +13,10 @@ constexpr bool isLowSurrogate(unsigned unit) {
     return (unit & 0xFC00U) == 0xDC00;
 }
 
+constexpr bool isSurrogate(unsigned value) {
+    return (value & ~0x7FFU) == 0xD800;
+}
+
 constexpr unsigned combineSurrogates(unsigned high, unsigned low) {
     return ((high - 0xD7C0) << 10) + (low - 0xDC00);
 }

@@ -1,14 +1,14 @@
 #include "base/UnitScan.h"
 
-#include <cstdint>
+#include "base/CheckedReads.h"
 
 namespace vyn {
 namespace {
 
-constexpr unsigned long blockUnits = 32;
-constexpr unsigned long blockBytes = blockUnits * sizeof(unsigned short);
+constexpr unsigned long blockUnits = readableStretch / sizeof(unsigned short);
 
-// An aligned block never crosses a page, so one with a readable unit in it is readable, which no sanitizer can know.
+// Reads what may lie after the end of the text: an aligned block with a readable unit in it is readable. Only where
+// nothing watches reads; the attribute is for the library's own build with a sanitizer.
 __attribute__((no_sanitize("address", "thread"))) bool alignedBlockHasZero(unsigned short const* text) noexcept {
     unsigned short zeros = 0; // as wide as a unit, so that compilers use vectors
     for (unsigned long i = 0; i < blockUnits; ++i)
@@ -21,7 +21,8 @@ __attribute__((no_sanitize("address", "thread"))) bool alignedBlockHasZero(unsig
 unsigned long unitLength(unsigned short const* text, unsigned long maxUnits) noexcept {
     unsigned short const* at = text;
     unsigned long left = maxUnits;
-    for (; left != 0 && reinterpret_cast<std::uintptr_t>(at) % blockBytes != 0; ++at, --left)
+    bool const byBlocks = !readsAreChecked();
+    for (; left != 0 && (!byBlocks || reinterpret_cast<std::uintptr_t>(at) % readableStretch != 0); ++at, --left)
         if (*at == 0)
             return maxUnits - left;
     for (; left >= blockUnits && !alignedBlockHasZero(at); left -= blockUnits)

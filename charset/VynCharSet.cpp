@@ -3,16 +3,15 @@
 #include "base/ScratchUnits.h"
 #include "base/UnitEscape.h"
 #include "base/UnitScan.h"
-#include "converters/Utf8Encoder.h"
+#include "converters/codecs/Utf8.h"
+#include "converters/loops/Encode.h"
 
 #include <vynulib/CharSetConverterManager.h>
 #include <vynulib/VynCharSetConverter.h>
 
 #include <algorithm>
 #include <cstring>
-#include <limits>
 #include <new>
-#include <string>
 
 namespace {
 
@@ -30,29 +29,12 @@ unsigned long orZero(Convert convert) {
     }
 }
 
-/// `toUTF16` of the `length` bytes at `src`, which a zero byte follows. A set with a wider terminator reads a copy that
-/// ends with one, behind a character that may be cut off: it must not look for it behind the zero byte.
-unsigned long decodeBytes(VynCharSetConverter& converter, unsigned short* dst, char const* src, unsigned long length,
-                          bool* illegal) {
-    unsigned long const terminator = converter.getNullCharSize();
-    if (terminator == 1)
-        return converter.toUTF16(dst, src, length, ILLCHAR_REPLACE, illegal, -1);
-    std::string const padded = std::string(src, length) + std::string(2 * terminator, '\0');
-    return converter.toUTF16(dst, padded.data(), length, ILLCHAR_REPLACE, illegal, -1);
-}
-
 /// Encodes with escapes within the room, also where the converter itself, that of UTF-8, does not keep to it.
 unsigned long encodePath(VynCharSetConverter& converter, char* dst, unsigned short const* src, unsigned long room) {
     if (&converter == &converterOf(VYNCS_UTF8))
-        return vyn::encodeUtf8(dst, src, room, ILLCHAR_ESCAPE, nullptr, vyn::Utf8Escapes::Bounded);
+        return vyn::encodeText([] { return vyn::Utf8Codec{.boundedEscapes = true}; }, dst, src, room, ILLCHAR_ESCAPE,
+                               nullptr);
     return converter.fromUTF16(dst, src, room, ILLCHAR_ESCAPE, nullptr);
-}
-
-/// The most UTF-16 units that output of `room` bytes can come from: no set makes less than a byte of a pair. Two more
-/// keep what happens at the end of the units away from those that count.
-unsigned long unitsFor(unsigned long room) {
-    constexpr unsigned long unbounded = std::numeric_limits<unsigned long>::max();
-    return room < unbounded / 4 ? 2 * room + 2 : unbounded;
 }
 
 /// Common to the conversions from UTF-8 to a local set, which `encode(converter, text, room)` ends.
@@ -69,12 +51,11 @@ unsigned long utf8ToLocal(char* dst, unsigned char const* src, unsigned long dst
         return 0;
     }
     return orZero([&]() -> unsigned long {
-        unsigned long const room = dstSize - terminator;
-        unsigned long const capacity = strnlen(reinterpret_cast<char const*>(src), unitsFor(room));
-        vyn::ScratchUnits text(capacity);
-        if (converterOf(VYNCS_UTF8).toUTF16(text.data(), src, capacity, ILLCHAR_REPLACE, nullptr, -1) == 0)
+        unsigned long const length = std::strlen(reinterpret_cast<char const*>(src));
+        vyn::ScratchUnits text(length);
+        if (converterOf(VYNCS_UTF8).toUTF16(text.data(), src, length, ILLCHAR_REPLACE, nullptr, -1) == 0)
             return 0;
-        return encode(local, text.data(), room);
+        return encode(local, text.data(), dstSize - terminator);
     });
 }
 
@@ -83,7 +64,7 @@ unsigned long unescape(unsigned short* text, unsigned long length) {
     unsigned short* out = text;
     unsigned long at = 0;
     while (at < length) {
-        int const unit = length - at >= vyn::unitEscapeLength ? vyn::readUnitEscape(text + at) : -1;
+        int const unit = vyn::readUnitEscape(vyn::Limited{text + at, length - at});
         *out++ = unit >= 0 ? static_cast<unsigned short>(unit) : text[at];
         at += unit >= 0 ? vyn::unitEscapeLength : 1;
     }
@@ -112,9 +93,11 @@ unsigned long LocalToUTF8(unsigned char* dst, char const* src, unsigned long dst
     return orZero([&]() -> unsigned long {
         vyn::ScratchUnits text(length);
         bool illegal = false;
-        decodeBytes(converterOf(cs), text.data(), src, length, &illegal);
-        if (illegal)
-            decodeBytes(converterOf(VYNCS_ISO_8859_1), text.data(), src, length, &illegal);
+        for (VynCharSet const set : {cs, VYNCS_ISO_8859_1}) {
+            converterOf(set).toUTF16(text.data(), src, length, ILLCHAR_REPLACE, &illegal, -1);
+            if (!illegal)
+                break;
+        }
         if (illegal)
             return 0;
         return UTF16ToUTF8(dst, text.data(), dstSize);
@@ -173,7 +156,8 @@ unsigned long LocalPathToUTF8(unsigned char* dst, char const* src, int dstSize) 
     }
     return orZero([&]() -> unsigned long {
         vyn::ScratchUnits text(length);
-        unsigned long const units = decodeBytes(converterOf(VYNCS_OS_DEFAULT), text.data(), src, length, nullptr);
+        unsigned long const units =
+            converterOf(VYNCS_OS_DEFAULT).toUTF16(text.data(), src, length, ILLCHAR_REPLACE, nullptr, -1);
         if (units == 0)
             return 0;
         unescape(text.data(), units);

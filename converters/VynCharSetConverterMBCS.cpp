@@ -1,21 +1,23 @@
 #include <vynulib/VynCharSetConverterMBCS.h>
 
-#include "base/BuildOnce.h"
-#include "converters/MapRecords.h"
+#include "base/LazyBuilder.h"
+#include "converters/codecs/MultibyteTables.h"
 
 VynCharSetConverterMBCS::~VynCharSetConverterMBCS() {
-    delete forwardTable();
-    delete m_pReverse;
-    pthread_mutex_destroy(&m_mutex);
+    vyn::LazyBuilder::release(m_tables);
 }
 
 void VynCharSetConverterMBCS::load() {
-    vyn::buildOnce(m_pForward, m_mutex, [this]() -> Table* {
-        if (!m_pTable)
-            return nullptr;
-        vyn::TablePair tables;
-        vyn::enterRecords(*tables.forward, *tables.reverse, m_pTable);
-        m_pReverse = tables.reverse.release();
-        return tables.forward.release();
-    });
+    if (m_pTable)
+        vyn::LazyBuilder::build(m_tables, [this] { return std::make_unique<vyn::MultibyteTables>(m_pTable); });
+}
+
+VynCharSetConverterMBCS::Table const* VynCharSetConverterMBCS::forwardTable() const noexcept {
+    auto const* const tables = m_tables.get();
+    return tables && m_pTable ? &tables->forward : nullptr;
+}
+
+VynCharSetConverterMBCS::Table const* VynCharSetConverterMBCS::reverseTable() const noexcept {
+    auto const* const tables = m_tables.get();
+    return tables && m_pTable ? &tables->reverse : nullptr;
 }

@@ -1,27 +1,23 @@
 #include <vynulib/VynCharSetConverterMBCSEx.h>
 
-#include "base/BuildOnce.h"
-
-#include <memory>
+#include "base/LazyBuilder.h"
+#include "converters/codecs/MultibyteTables.h"
 
 VynCharSetConverterMBCSEx::~VynCharSetConverterMBCSEx() {
-    delete forwardTable();
-    delete m_pReverse;
-    pthread_mutex_destroy(&m_mutex);
+    vyn::LazyBuilder::release(m_tables);
 }
 
 void VynCharSetConverterMBCSEx::load() {
-    vyn::buildOnce(m_pForward, m_mutex, [this]() -> ForwardTable* {
-        if (!m_pTable)
-            return nullptr;
-        auto forward = std::make_unique<ForwardTable>();
-        auto reverse = std::make_unique<ReverseTable>();
-        for (sMBCSExTable const* record = m_pTable; record->code != 0 || record->unicode != 0; ++record) {
-            auto const code = static_cast<unsigned short>(record->code);
-            forward->insert(code, record->unicode);
-            reverse->insert(record->unicode, code);
-        }
-        m_pReverse = reverse.release();
-        return forward.release();
-    });
+    if (m_pTable)
+        vyn::LazyBuilder::build(m_tables, [this] { return std::make_unique<vyn::MultibyteExTables>(m_pTable); });
+}
+
+VynCharSetConverterMBCSEx::ForwardTable const* VynCharSetConverterMBCSEx::forwardTable() const noexcept {
+    auto const* const tables = m_tables.get();
+    return tables ? &tables->forward : nullptr;
+}
+
+VynCharSetConverterMBCSEx::ReverseTable const* VynCharSetConverterMBCSEx::reverseTable() const noexcept {
+    auto const* const tables = m_tables.get();
+    return tables ? &tables->reverse : nullptr;
 }

@@ -59,13 +59,3 @@ unsigned long VynCharSetConverterUTF16::getNumUnits(void const* src, unsigned lo
 unsigned long VynCharSetConverterUTF16::getNumBytes(unsigned short const* src, unsigned long len) {
     return src ? vyn::unitLength(src, len) * unitSize : 0;
 }
-
-unsigned int VynCharSetConverterUTF16::getMinUnitSize() const {
-    return unitSize;
-}
-unsigned int VynCharSetConverterUTF16::getMaxUnitSize() const {
-    return unitSize;
-}
-unsigned int VynCharSetConverterUTF16::getNullCharSize() const {
-    return unitSize;
-}

@@ -1,16 +1,13 @@
 #include <vynulib/VynUCharTable.h>
 
-#include "base/BuildOnce.h"
-
-#include <memory>
+#include "base/LazyBuilder.h"
 
 VynUCharTable::~VynUCharTable() {
-    delete m_pTable.load(std::memory_order_relaxed);
-    pthread_mutex_destroy(&m_oMutex);
+    vyn::LazyBuilder::release(m_table);
 }
 
-void VynUCharTable::load() {
-    vyn::buildOnce(m_pTable, m_oMutex, [this] {
+LookupTable<unsigned short> const& VynUCharTable::loaded() {
+    return vyn::LazyBuilder::build(m_table, [this] {
         auto table = std::make_unique<LookupTable<unsigned short>>();
         for (unsigned short const* range = m_pRanges; range[0] != 0; range += 3) {
             unsigned value = range[2];
@@ -19,6 +16,6 @@ void VynUCharTable::load() {
                 value += m_bCounting;
             }
         }
-        return table.release();
+        return table;
     });
 }

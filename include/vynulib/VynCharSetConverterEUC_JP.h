@@ -33,20 +33,16 @@ public:
     unsigned long getNumBytes(unsigned short const* src, unsigned long len) override;
     unsigned long fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap, ILLCHAR_OPTYPE op,
                             bool* illegal) override;
-    unsigned int getMinUnitSize() const override;
-    unsigned int getMaxUnitSize() const override;
-    unsigned int getNullCharSize() const override;
+    unsigned int getMinUnitSize() const override { return 1; }
+    unsigned int getMaxUnitSize() const override { return 3; }
+    unsigned int getNullCharSize() const override { return 1; }
     void load() override;
 
 private:
     vyn::EucJpCodec codec(); // the tables, loaded
-    Table* buildJIS0212();
 
     [[maybe_unused]] char const* m_pJIS0201Name = nullptr;
     [[maybe_unused]] char const* m_pJIS0212Name = nullptr;
-    std::atomic<Table*> m_pJIS0212Forward{nullptr}; // published last, when JIS X 0201 is in the base's tables too
-    Table* m_pJIS0212Reverse = nullptr;
     unsigned short const* m_pJIS0201Map = nullptr;
     unsigned short const* m_pJIS0212Map = nullptr;
-    pthread_mutex_t m_JIS0212Mutex = PTHREAD_MUTEX_INITIALIZER;
 };

@@ -4,7 +4,7 @@
 #include <vynulib/sGB18030Range.h>
 
 namespace vyn {
-struct GB18030Codec;
+struct Gb18030Codec;
 }
 
 /// GB18030: one byte, two bytes by table, or four bytes by ranges (the rest of the Basic Multilingual Plane) and by
@@ -30,9 +30,9 @@ public:
     unsigned long getNumBytes(unsigned short const* src, unsigned long len) override;
     unsigned long fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap, ILLCHAR_OPTYPE op,
                             bool* illegal) override;
-    unsigned int getMinUnitSize() const override;
-    unsigned int getMaxUnitSize() const override;
-    unsigned int getNullCharSize() const override;
+    unsigned int getMinUnitSize() const override { return 1; }
+    unsigned int getMaxUnitSize() const override { return 4; }
+    unsigned int getNullCharSize() const override { return 1; }
     void load() override;
 
     /// Where the search for `key` among the ranges that map keys to UTF-16 begins: the record that holds it is this one
@@ -43,11 +43,5 @@ public:
     sGB18030Range const* getUni2GBRange(unsigned int unit);
 
 private:
-    vyn::GB18030Codec codec(); // the tables, loaded
-
-    using RangeIndex = sGB18030Range const*;
-
-    std::atomic<RangeIndex*> m_pGB2UniIndex{nullptr}; // 287 records, one for each 256 keys from 0x8100 on
-    std::atomic<RangeIndex*> m_pUni2GBIndex{nullptr}; // 512 records, one for each 128 units; published last
-    pthread_mutex_t m_indexMutex = PTHREAD_MUTEX_INITIALIZER;
+    vyn::Gb18030Codec codec(); // the tables, loaded
 };

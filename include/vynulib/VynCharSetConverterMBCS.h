@@ -2,9 +2,11 @@
 
 #include <vynulib/LookupTable.h>
 #include <vynulib/VynCharSetConverter.h>
+#include <vynulib/VynLazy.h>
 
-#include <atomic>
-#include <pthread.h>
+namespace vyn {
+class MultibyteTables;
+}
 
 /// Base of the multibyte sets within the Basic Multilingual Plane: owns the tables in both directions, which are built
 /// from a compiled map at the first conversion. An instance without a map converts nothing.
@@ -28,15 +30,18 @@ protected:
     using Table = LookupTable<unsigned short>;
 
     /// Unit of each code. Null until `load`, and for good without a map.
-    Table* forwardTable() const noexcept { return m_pForward.load(std::memory_order_acquire); }
+    Table const* forwardTable() const noexcept;
 
     /// Code of each unit. There when the forward table is.
-    Table* reverseTable() const noexcept { return m_pReverse; }
+    Table const* reverseTable() const noexcept;
+
+    /// What `table` was given as, null if nothing.
+    unsigned short const* map() const noexcept { return m_pTable; }
+
+    /// All tables of the set, published as a whole. A set with more than two has a `load` of its own.
+    vyn::Lazy<vyn::MultibyteTables> m_tables;
 
 private:
     [[maybe_unused]] char const* m_pName = nullptr;
-    std::atomic<Table*> m_pForward{nullptr}; // published last
-    Table* m_pReverse = nullptr;
     unsigned short const* m_pTable = nullptr;
-    pthread_mutex_t m_mutex = PTHREAD_MUTEX_INITIALIZER;
 };

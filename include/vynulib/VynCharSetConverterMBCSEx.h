@@ -3,10 +3,12 @@
 #include <vynulib/LookupTable.h>
 #include <vynulib/LookupTableEx.h>
 #include <vynulib/VynCharSetConverter.h>
+#include <vynulib/VynLazy.h>
 #include <vynulib/sMBCSExTable.h>
 
-#include <atomic>
-#include <pthread.h>
+namespace vyn {
+struct MultibyteExTables;
+}
 
 /// As `VynCharSetConverterMBCS`, for sets with characters beyond the Basic Multilingual Plane.
 class VYNULIB_API VynCharSetConverterMBCSEx : public VynCharSetConverter {
@@ -30,15 +32,15 @@ protected:
     using ReverseTable = LookupTableEx<unsigned short>;
 
     /// Scalar value of each code. Null until `load`, and for good without a map.
-    ForwardTable* forwardTable() const noexcept { return m_pForward.load(std::memory_order_acquire); }
+    ForwardTable const* forwardTable() const noexcept;
 
     /// Code of each scalar value. There when the forward table is.
-    ReverseTable* reverseTable() const noexcept { return m_pReverse; }
+    ReverseTable const* reverseTable() const noexcept;
+
+    /// Both tables, published as a whole.
+    vyn::Lazy<vyn::MultibyteExTables> m_tables;
 
 private:
     [[maybe_unused]] char const* m_pName = nullptr;
-    std::atomic<ForwardTable*> m_pForward{nullptr}; // published last
-    ReverseTable* m_pReverse = nullptr;
     sMBCSExTable const* m_pTable = nullptr;
-    pthread_mutex_t m_mutex = PTHREAD_MUTEX_INITIALIZER;
 };

@@ -1,14 +1,12 @@
 #pragma once
 
-#include <vynulib/LookupTable.h>
 #include <vynulib/VynCharSetConverter.h>
-
-#include <atomic>
-#include <pthread.h>
+#include <vynulib/VynLazy.h>
 
 namespace vyn {
 struct SingleByteCodec;
-}
+struct SingleByteTables;
+} // namespace vyn
 
 /// A single-byte set, converted by a table that is built at the first conversion.
 ///
@@ -39,17 +37,14 @@ public:
 
     unsigned long fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap, ILLCHAR_OPTYPE op,
                             bool* illegal) override;
-    unsigned int getMinUnitSize() const override;
-    unsigned int getMaxUnitSize() const override;
-    unsigned int getNullCharSize() const override;
+    unsigned int getMinUnitSize() const override { return 1; }
+    unsigned int getMaxUnitSize() const override { return 1; }
+    unsigned int getNullCharSize() const override { return 1; }
 
 private:
     vyn::SingleByteCodec codec(); // the tables, loaded
-    unsigned short* buildTables();
 
     [[maybe_unused]] char const* m_pMapName = nullptr;
-    std::atomic<unsigned short*> m_pForward{nullptr}; // unit of each byte, 0 for none; published last
-    LookupTable<unsigned char>* m_pReverse = nullptr; // byte of each unit
     unsigned short const* m_pMap = nullptr;
-    pthread_mutex_t m_mutex = PTHREAD_MUTEX_INITIALIZER;
+    vyn::Lazy<vyn::SingleByteTables> m_tables;
 };

@@ -30,9 +30,9 @@ public:
     /// terminator if more than `len` are. `dst` holds `len + 5` bytes. Returns the bytes written.
     unsigned long toUTF8(unsigned char* dst, void const* src, unsigned long len, ILLCHAR_OPTYPE op,
                          bool* illegal) override;
-    unsigned int getMinUnitSize() const override;
-    unsigned int getMaxUnitSize() const override;
-    unsigned int getNullCharSize() const override;
+    unsigned int getMinUnitSize() const override { return 4; }
+    unsigned int getMaxUnitSize() const override { return 4; }
+    unsigned int getNullCharSize() const override { return 4; }
 
     /// Decodes one sequence of the terminated UTF-8 text at `*p` and moves `*p` behind it; see `fromUTF8`. Behind a
     /// lead byte without all its continuation bytes only that byte is skipped.

@@ -24,7 +24,7 @@ public:
     unsigned long getNumBytes(unsigned short const* src, unsigned long len) override;
     unsigned long fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap, ILLCHAR_OPTYPE op,
                             bool* illegal) override;
-    unsigned int getMinUnitSize() const override;
-    unsigned int getMaxUnitSize() const override;
-    unsigned int getNullCharSize() const override;
+    unsigned int getMinUnitSize() const override { return 1; }
+    unsigned int getMaxUnitSize() const override { return 3; }
+    unsigned int getNullCharSize() const override { return 1; }
 };

@@ -1,9 +1,7 @@
 #pragma once
 
 #include <vynulib/LookupTable.h>
-
-#include <atomic>
-#include <pthread.h>
+#include <vynulib/VynLazy.h>
 
 /// A property of the 65,536 UTF-16 units, given as a list of ranges and unfolded into a lookup table at its first use.
 /// Any number of threads may look up, and load, at once.
@@ -14,7 +12,7 @@ public:
     /// With `counting`, unit `u` of a range has the value `value + (u - first)`, else all its units have `value`.
     /// The list is not copied: it must outlive the table.
     constexpr VynUCharTable(unsigned short const* ranges, bool counting) noexcept
-        : m_pTable(nullptr), m_pRanges(ranges), m_bCounting(counting), m_oMutex(PTHREAD_MUTEX_INITIALIZER) {}
+        : m_pRanges(ranges), m_bCounting(counting) {}
     VynUCharTable(VynUCharTable const&) = delete;
     VynUCharTable& operator=(VynUCharTable const&) = delete;
     ~VynUCharTable();
@@ -22,20 +20,17 @@ public:
     /// The value of `unit`, 0 where no range holds it. Loads the table first if it is not; that throws
     /// `std::bad_alloc`.
     unsigned short getValue(unsigned short unit) {
-        LookupTable<unsigned short> const* table = m_pTable.load(std::memory_order_acquire);
-        if (!table) {
-            load();
-            table = m_pTable.load(std::memory_order_acquire);
-        }
-        return table->lookup(unit);
+        LookupTable<unsigned short> const* const table = m_table.get();
+        return (table ? *table : loaded()).lookup(unit);
     }
 
     /// Unfolds the ranges, the first time that it is called. Throws `std::bad_alloc`, which changes nothing.
-    void load();
+    void load() { loaded(); }
 
 private:
-    std::atomic<LookupTable<unsigned short>*> m_pTable; // set last, when the table is complete
+    LookupTable<unsigned short> const& loaded();
+
+    vyn::Lazy<LookupTable<unsigned short>> m_table;
     unsigned short const* m_pRanges;
     bool m_bCounting;
-    pthread_mutex_t m_oMutex; // held while the table is built
 };

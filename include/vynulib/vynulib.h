@@ -22,6 +22,7 @@
 #include <vynulib/VynCharSetConverterUTF32.h>
 #include <vynulib/VynCharSetConverterUTF8.h>
 #include <vynulib/VynExport.h>
+#include <vynulib/VynLazy.h>
 #include <vynulib/VynPascalString.h>
 #include <vynulib/VynUChar.h>
 #include <vynulib/VynUCharTable.h>

@@ -2,7 +2,8 @@
 #include "tests/support/GuardedBuffer.h"
 #include "tests/support/Random.h"
 
-#include <vynulib/VynCharSetConverter.h>
+#include <vynulib/CharSetConverterManager.h>
+#include <vynulib/VynCharSetConverterUTF8.h>
 
 #include <gtest/gtest.h>
 
@@ -101,10 +102,36 @@ TEST(EntryPoints, ConvertBetweenLocalTextAndUtf8) {
     for (Row const& row : {Row{VYNCS_UTF8, "\xE9", "é"}, Row{VYNCS_UTF8, "\xC3\xA9\xE9", "Ã©é"},
                            Row{VYNCS_UTF8, "\xF0\x9F\x98\x80", "\xC3\xB0\xC2\x9F\xC2\x98\xC2\x80"},
                            Row{VYNCS_WCP932, "\x87\x40", "\xC2\x87@"}, Row{VYNCS_UTF16, "A\0"s, ""},
-                           Row{VYNCS_UTF32, "A\0\0\0\0\0\0\0"s, "A"}})
+                           // As many units as bytes stand before the first zero byte, which may lie within a value.
+                           Row{VYNCS_UTF32, "A\0\0\0B\0\0\0\0\0\0\0"s, "A"},
+                           Row{VYNCS_UTF32, "\xFF\xFF\0\0\xFF\xFF\0\0\0\0\0\0"s, "\uFFFF\uFFFF"}})
         EXPECT_EQ(localToUtf8(row.local, row.cs), row.utf8) << row.cs;
     EXPECT_EQ(utf8ToLocal("日é\xFF", VYNCS_ISO_8859_1), "?\xE9?");
     EXPECT_EQ(utf8ToLocal("aé", VYNCS_UTF16), "a\0\xE9\0"s);
+}
+
+/// Drops U+200B, as a set of somebody's own may.
+class DroppingConverter : public VynCharSetConverterUTF8 {
+public:
+    DroppingConverter() : VynCharSetConverterUTF8(VYNCS_ISO_2022KR) {}
+
+    unsigned long fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap, ILLCHAR_OPTYPE op,
+                            bool* illegal) override {
+        Units kept;
+        for (; *src != 0; ++src)
+            if (*src != 0x200B)
+                kept.push_back(static_cast<char16_t>(*src));
+        return VynCharSetConverterUTF8::fromUTF16(dst, units(kept.data()), dstCap, op, illegal);
+    }
+};
+
+TEST(EntryPoints, ConvertAllThatARegisteredSetMayUse) {
+    static DroppingConverter converter;
+    g_oCnvtMgr.insert(VYNCS_ISO_2022KR, &converter, true);
+    std::string text;
+    for (int i = 0; i < 20; ++i)
+        text += "\u200B";
+    EXPECT_EQ(utf8ToLocal(text + "abc", VYNCS_ISO_2022KR, 5), "abc");
 }
 
 TEST(EntryPoints, ConvertFromAndToUtf16) {
@@ -217,14 +244,13 @@ TEST(EntryPoints, KeepToTheirBuffers) {
             unit = static_cast<char16_t>(random.below(3) == 0 ? 0xD800 + random.below(0x800) : unit & 0xFF);
         std::size_t const size = random.below(80);
         for (VynCharSet const cs : allSets) {
-            localToUtf8(text, cs, size);
+            std::string const local = text + std::string(2 * GetNullCharSize(cs) - 1, '\0'); // ends in every set
+            localToUtf8(local, cs, size);
+            localToUtf16(local, cs, size);
+            GetNumUnits(guarded(local), cs);
             utf8ToLocal(text, cs, size);
             utf16ToLocal(wide, cs, size);
             GetNumBytes(units(guarded(wide)), cs);
-            if (GetNullCharSize(cs) == 1) {
-                localToUtf16(text, cs, size);
-                GetNumUnits(guarded(text), cs);
-            }
         }
         fromPath(text, size);
         toPath(text, size);

@@ -214,6 +214,33 @@ TEST_P(ConverterProperty, TakesIrregularitiesAtEveryPlaceAndAlignment) {
         }
 }
 
+/// The text may end with the memory that it is in, without a terminator, where the room or the policy ends it.
+TEST_P(ConverterProperty, ReadsNoFurtherThanItsOutputReaches) {
+    Units units(40, 'a');
+    units.push_back(0xFFFE);
+    if (kit.encode(units, ampleFor(units), {.op = ILLCHAR_STOP}).illegal) {
+        auto const stopped = kit.encode(units, ampleFor(units), {.op = ILLCHAR_STOP, .terminated = false});
+        EXPECT_EQ(stopped.output.size(), 40 * unitSize);
+        units.insert(units.end(), 10, 0xFFFE);
+        unsigned long const escaped = (40 + 11 * 6) * unitSize;
+        auto const whole = kit.encode(units, escaped, {.op = ILLCHAR_ESCAPE, .terminated = false});
+        EXPECT_EQ(whole.output.size(), escaped);
+    }
+    for (unsigned byte = 0x80; byte < 0x100 && reference && cs != VYNCS_EUC_JP; ++byte) {
+        Bytes bytes(40, 'a');
+        bytes.push_back(static_cast<unsigned char>(byte));
+        auto const takenAlone = [&](unsigned char next) {
+            unsigned char const sequence[] = {bytes.back(), next, 0, 0};
+            auto const found = reference->decodeOne(sequence);
+            return found.value == 0 && found.bytes == 1;
+        };
+        if (takenAlone('A') && takenAlone(0xA1)) { // no lead byte: what follows is not looked at
+            auto const stopped = kit.decode(bytes, ampleFor(bytes), {.op = ILLCHAR_STOP, .terminated = false});
+            EXPECT_EQ(stopped.output.size(), 40UL) << byte;
+        }
+    }
+}
+
 TEST_P(ConverterProperty, GivesBackWhatItEncodes) {
     unsigned long compared = 0;
     for (int i = 0; i < 40 && !HasFailure(); ++i) {

@@ -1,3 +1,4 @@
+#include "tests/support/FailingAllocation.h"
 #include "tests/support/TableReference.h"
 
 #include <vynulib/LookupTable.h>
@@ -128,7 +129,45 @@ TEST(ConverterTables, DecodeAValueBeyondUnicodeAsOneUnitAndNeverEncodeIt) {
     ConvertKit kit(converter);
     EXPECT_EQ(kit.decode({0x41, 0x42}, 8), (Converted<unsigned short>{{0x41, 0xDBFF, 0xDFFF}, false}));
     EXPECT_EQ(kit.encode({0x41, 0xDBFF, 0xDFFF}, 8), (Converted<unsigned char>{{'?', 0x42}, true}));
-    EXPECT_EQ(kit.countUnits({0x41, 0x42}), 3UL);
+    EXPECT_EQ(kit.countUnits({0x41, 0x42}), 2UL); // a single byte counts one, whatever its value
+}
+
+TEST(ConverterTables, KeepToTheRoomWhereOneByteIsAPair) {
+    constexpr sMBCSExTable map[] = {{0x41, 0x20000}, {0x42, 0x42}, {0, 0}};
+    constexpr unsigned char noLeads[256] = {};
+    VynCharSetConverterDBCSEx converter(map, noLeads, VYNCS_SJIS0213);
+    ConvertKit kit(converter);
+    for (unsigned long const characters : {1UL, 12UL, 100UL})
+        for (unsigned long room = 0; room <= 2 * characters + 2; ++room) {
+            Units expected;
+            for (unsigned long pair = 0; pair < std::min(room / 2, characters); ++pair)
+                expected.insert(expected.end(), {0xD840, 0xDC00});
+            EXPECT_EQ(kit.decode(Bytes(characters, 0x41), room).output, expected);
+        }
+}
+
+TEST(ConverterTables, AreNotBuiltForNothing) {
+    constexpr unsigned short map[] = {0x41, 0x61, 0, 0};
+    constexpr sMBCSExTable extendedMap[] = {{0x41, 0x61}, {0, 0}};
+    Converters converters = convertersOf(map, extendedMap);
+    converters.push_back(std::make_unique<VynCharSetConverterEUC_CN_KR>(map, VYNCS_EUC_KR));
+    converters.push_back(std::make_unique<VynCharSetConverterEUC_JP>(map, map, map, VYNCS_EUC_JP));
+    unsigned short units[2] = {};
+    char bytes[2] = {};
+    for (auto const& converter : converters) {
+        allocationsLeft = 0;
+        EXPECT_NO_THROW(converter->toUTF16(nullptr, "A", 1, ILLCHAR_REPLACE, nullptr, -1));
+        EXPECT_NO_THROW(converter->toUTF16(units, nullptr, 1, ILLCHAR_REPLACE, nullptr, -1));
+        EXPECT_NO_THROW(converter->fromUTF16(nullptr, units, 1, ILLCHAR_REPLACE, nullptr));
+        EXPECT_NO_THROW(converter->fromUTF16(bytes, nullptr, 1, ILLCHAR_REPLACE, nullptr));
+        EXPECT_NO_THROW(converter->getNumUnits(nullptr, 1));
+        EXPECT_NO_THROW(converter->getNumUnits("A", 0));
+        EXPECT_NO_THROW(converter->getNumBytes(nullptr, 1));
+        EXPECT_NO_THROW(converter->getNumBytes(units, 0));
+        EXPECT_THROW(converter->fromUTF16(bytes, units, 1, ILLCHAR_REPLACE, nullptr), std::bad_alloc);
+        allocationsLeft = unlimitedAllocations;
+        EXPECT_EQ(converter->getNumBytes(units, 1), 0UL) << "and are built when memory is there again";
+    }
 }
 
 TEST(ConverterTablesThread, AreCompleteForEveryThreadAtTheFirstUse) {

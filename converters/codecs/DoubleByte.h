@@ -1,0 +1,109 @@
+#pragma once
+
+#include "base/Surrogates.h"
+#include "converters/codecs/MultibyteTables.h"
+#include "converters/loops/Codec.h"
+
+namespace vyn {
+
+/// How the bytes of a double-byte set make characters, by its type table. No table of codes is needed to count them.
+struct DoubleByteForm {
+    using Element = unsigned char;
+
+    unsigned char const* types;
+
+    static constexpr bool ready() { return true; }
+
+    bool isLead(unsigned char byte) const { return (types[byte] & 0x40) != 0; }
+    bool isTrail(unsigned char byte) const { return (types[byte] & 0x80) != 0; }
+    bool isPair(auto text) const { return isLead(text[0]) && text.has(1) && isTrail(text[1]); }
+
+    Counted countOne(auto text) const { return {isPair(text) ? 2U : 1U, 1}; }
+
+    /// Decodes the character at the start of `text`, of which `lookUp(code, bytes)` tells what the set has. Of a lead
+    /// byte without a trail byte only the lead byte is taken, and the source limit does not count after it.
+    Decoded decodeOne(auto text, auto lookUp) const {
+        if (!isLead(text[0]))
+            return lookUp(text[0], 1U);
+        if (!text.has(1))
+            return {.value = 0, .elements = 1, .units = 1, .mapped = false, .limited = false, .cutShort = true};
+        if (!isTrail(text[1]))
+            return {.value = 0, .elements = 1, .units = 1, .mapped = false, .limited = false};
+        return lookUp(text[0] * 256U + text[1], 2U);
+    }
+
+    /// A code as its one or two bytes, 0 being none.
+    static Encoded encoded(unsigned code, unsigned units) {
+        return code != 0 ? mappedCode(code, code < 0x100 ? 1 : 2, units) : unmappedUnits(units);
+    }
+};
+
+static_assert(CountsUnits<DoubleByteForm>);
+
+/// A double-byte set within the Basic Multilingual Plane. Surrogates are looked up one by one and never mapped.
+struct DoubleByteCodec : DoubleByteForm {
+    static constexpr unsigned maxUnitsPerElement = 1;
+    static constexpr unsigned maxElementsPerUnit = 2;
+
+    MultibyteTables const* tables;
+
+    bool ready() const { return tables != nullptr; }
+
+    Decoded decodeOne(auto text) const {
+        return DoubleByteForm::decodeOne(text, [this](unsigned code, unsigned bytes) {
+            return lookedUpUnit(tables->forward.lookup(static_cast<unsigned short>(code)), bytes);
+        });
+    }
+
+    /// One byte and two alternate in real text, so a branch between them would cost more than the shifts.
+    Decoded decodeAhead(Element const* at) const {
+        bool const lead = isLead(at[0]);
+        if (lead > isTrail(at[1])) // a lead byte and no trail byte, in one test
+            return unmapped(1);
+        unsigned const shift = lead ? 8 : 0;
+        unsigned const code = (unsigned{at[0]} << shift) | (at[1] & ((1U << shift) - 1));
+        return lookedUpUnit(tables->forward.lookup(static_cast<unsigned short>(code)), lead ? 2 : 1);
+    }
+
+    Encoded encodeOne(auto text) const { return encoded(tables->reverse.lookup(text[0]), 1); }
+};
+
+static_assert(DecodesAhead<DoubleByteCodec> && Encodes<DoubleByteCodec>);
+
+/// A double-byte set with characters beyond the Basic Multilingual Plane, which are surrogate pairs in UTF-16.
+struct DoubleByteExCodec : DoubleByteForm {
+    static constexpr unsigned maxUnitsPerElement = 2; // of a single byte with such a character
+    static constexpr unsigned maxElementsPerUnit = 2;
+
+    MultibyteExTables const* tables;
+
+    bool ready() const { return tables != nullptr; }
+
+    Decoded decodeOne(auto text) const {
+        return DoubleByteForm::decodeOne(text, [this](unsigned code, unsigned bytes) -> Decoded {
+            unsigned const value = tables->forward.lookup(static_cast<unsigned short>(code));
+            if (value > maxScalarValue) // of a map of somebody's own: the lowest bits, as one unit
+                return mappedUnit(value & maxBmpValue, bytes);
+            return {value, bytes, value > maxBmpValue ? 2U : 1U, value != 0};
+        });
+    }
+
+    Encoded encodeOne(auto text) const {
+        if (!isHighSurrogate(text[0]))
+            return encoded(tables->reverse.lookup(text[0]), 1);
+        if (!text.has(1) || !isLowSurrogate(text[1]))
+            return {.code = 0, .elements = 0, .units = 1, .mapped = false, .cutShort = !text.has(1)};
+        return encoded(tables->reverse.lookup(combineSurrogates(text[0], text[1])), 2);
+    }
+
+    /// A single byte counts one unit deliberately, whatever it decodes to.
+    Counted countOne(auto text) const {
+        if (!isPair(text))
+            return {1, 1};
+        return {2, decodeOne(text).units};
+    }
+};
+
+static_assert(Decodes<DoubleByteExCodec> && Encodes<DoubleByteExCodec> && CountsUnits<DoubleByteExCodec>);
+
+} // namespace vyn

@@ -1,0 +1,46 @@
+#pragma once
+
+#include <vynulib/LookupTable.h>
+#include <vynulib/LookupTableEx.h>
+#include <vynulib/sMBCSExTable.h>
+
+namespace vyn {
+
+/// The tables of a multibyte set in both directions. Sets with more of them derive from it.
+class MultibyteTables {
+public:
+    /// `map`: pairs of a code and its unit up to (0, 0); of two with the same code or unit the later counts. Null: no
+    /// pairs.
+    explicit MultibyteTables(unsigned short const* map) { enter(map); }
+    MultibyteTables(MultibyteTables const&) = delete;
+    MultibyteTables& operator=(MultibyteTables const&) = delete;
+    virtual ~MultibyteTables() = default;
+
+    LookupTable<unsigned short> forward; // unit of each code
+    LookupTable<unsigned short> reverse; // code of each unit
+
+protected:
+    void enter(unsigned short const* map) {
+        for (auto const* pair = map; pair && (pair[0] != 0 || pair[1] != 0); pair += 2) {
+            forward.insert(pair[0], pair[1]);
+            reverse.insert(pair[1], pair[0]);
+        }
+    }
+};
+
+/// The same for a set with characters beyond the Basic Multilingual Plane.
+struct MultibyteExTables {
+    /// `map`: records up to {0, 0}. A value above U+10FFFF is known to the decoder only.
+    explicit MultibyteExTables(sMBCSExTable const* map) {
+        for (auto const* record = map; record->code != 0 || record->unicode != 0; ++record) {
+            auto const code = static_cast<unsigned short>(record->code);
+            forward.insert(code, record->unicode);
+            reverse.insert(record->unicode, code);
+        }
+    }
+
+    LookupTable<unsigned int> forward;     // scalar value of each code
+    LookupTableEx<unsigned short> reverse; // code of each scalar value
+};
+
+} // namespace vyn

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "base/Surrogates.h"
+#include "converters/loops/Codec.h"
+
+namespace vyn {
+
+/// UTF-32 in the machine's byte order, leniently: every value converts. Surrogates stay what they are, a value above
+/// U+10FFFF becomes a meaningless pair.
+struct Utf32Codec {
+    using Element = UnalignedValue;
+    static constexpr unsigned maxUnitsPerElement = 2;
+    static constexpr unsigned maxElementsPerUnit = 1;
+
+    static constexpr bool ready() { return true; }
+
+    Decoded decodeOne(auto text) const { return mappedScalar(text[0], 1); }
+
+    /// A value counts one unit deliberately, even if it becomes two.
+    Counted countOne(auto) const { return {1, 1}; }
+
+    Encoded encodeOne(auto text) const {
+        if (!isHighSurrogate(text[0]))
+            return mappedCode(text[0], 1, 1);
+        if (!text.has(1) || !isLowSurrogate(text[1]))
+            return {.code = 0, .elements = 0, .units = 1, .mapped = false, .cutShort = !text.has(1)};
+        return mappedCode(combineSurrogates(text[0], text[1]), 1, 2);
+    }
+};
+
+static_assert(Decodes<Utf32Codec> && Encodes<Utf32Codec> && CountsUnits<Utf32Codec>);
+
+} // namespace vyn

@@ -1,0 +1,95 @@
+#pragma once
+
+#include "base/Surrogates.h"
+#include "converters/codecs/Utf8Sequence.h"
+#include "converters/kernels/Utf8Blocks.h"
+#include "converters/loops/Codec.h"
+
+namespace vyn {
+
+/// UTF-8, leniently: only the form of a sequence is tested. What the policy says to malformed bytes is not asked: they
+/// are always replaced or skipped.
+struct Utf8Codec {
+    using Element = unsigned char;
+    static constexpr unsigned maxUnitsPerElement = 1;
+    static constexpr unsigned maxElementsPerUnit = 3; // four bytes are two units
+    static constexpr bool replacesPairsOutOfRoom = true;
+
+    /// Keeps escapes within the room and before the terminator. What fits is the same.
+    bool boundedEscapes = false;
+
+    static constexpr bool ready() { return true; }
+
+    Decoded decodeOne(auto text) const {
+        switch (oUTF8Bits[text[0] >> 4]) {
+        case 0: // a stray continuation byte leaves nothing but the flag
+            return {.value = 0, .elements = 1, .units = 0, .mapped = false};
+        case 1:
+            return mappedUnit(text[0], 1);
+        case 2:
+            return continues(text, 1) ? mappedUnit(twoByteValue(text), 2) : malformed(text, 1);
+        case 3:
+            return continues(text, 2) ? mappedUnit(threeByteValue(text), 3) : malformed(text, 2);
+        default:
+            if (!continues(text, 3))
+                return malformed(text, 3);
+            // The continuation bytes are deliberately not taken: read again as strays, they raise the flag.
+            return {.value = fourByteValue(text), .elements = 1, .units = 2, .mapped = true};
+        }
+    }
+
+    /// Unlike the conversion, ends at a stray continuation byte, and takes on trust what follows a lead byte.
+    Counted countOne(Limited<Element> text) const {
+        unsigned const length = oUTF8Bits[text[0] >> 4];
+        return length <= text.left ? Counted{length, length == 4 ? 2U : 1U} : Counted{0, 0};
+    }
+
+    Encoded encodeOne(auto text) const {
+        unsigned const unit = text[0];
+        if (unit < 0x80)
+            return mappedCode(unit, 1, 1);
+        if (unit < 0x800)
+            return mappedCode(twoByteCode(unit), 2, 1);
+        if (!isHighSurrogate(unit))
+            return mappedCode(threeByteCode(unit), 3, 1);
+        if (!text.has(1) || !isLowSurrogate(text[1]))
+            return {.code = 0, .elements = 0, .units = 1, .mapped = false, .cutShort = !text.has(1)};
+        return mappedCode(fourByteCode(combineSurrogates(unit, text[1])), 4, 2);
+    }
+
+    /// Deliberately, an escape drops the unit after the surrogate, even the terminator: the text then goes on after it.
+    /// And it is charged five of its six bytes, so that each one lets the text run one byte further.
+    EscapeToll escapeToll(Terminated<unsigned short> text) const {
+        if (!boundedEscapes)
+            return {2, unitEscapeLength - 1};
+        return {text.has(1) ? 2U : 1U, unitEscapeLength};
+    }
+
+    BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
+        return decodeUtf8Blocks(src, end, dst);
+    }
+    BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) const {
+        return encodeUtf8Blocks(src, end, dst);
+    }
+
+private:
+    static bool continues(auto text, unsigned trails) {
+        for (unsigned i = 1; i <= trails; ++i)
+            if (!text.has(i) || !isContinuation(text[i]))
+                return false;
+        return true;
+    }
+
+    /// Gives up the lead byte only, what follows is read again.
+    static Decoded malformed(auto text, unsigned trails) {
+        unsigned i = 1;
+        while (i < trails && text.has(i) && isContinuation(text[i]))
+            ++i;
+        return {.value = 0, .elements = 1, .units = 1, .mapped = false, .limited = true, .cutShort = !text.has(i)};
+    }
+};
+
+static_assert(DecodesBlocks<Utf8Codec> && EncodesBlocks<Utf8Codec> && CountsUnits<Utf8Codec>);
+static_assert(ReplacesPairsOutOfRoom<Utf8Codec> && TakesEscapeToll<Utf8Codec>);
+
+} // namespace vyn

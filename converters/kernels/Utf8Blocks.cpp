@@ -1,0 +1,128 @@
+#include "converters/kernels/Utf8Blocks.h"
+
+#include "base/Surrogates.h"
+#include "converters/codecs/Utf8Sequence.h"
+#include "converters/kernels/AsciiRun.h"
+
+namespace vyn {
+namespace {
+
+/// Four bytes at once, the first in the highest eight bits, to test a whole sequence by one mask.
+std::uint32_t headOf(unsigned char const* at) {
+    return std::uint32_t{at[0]} << 24 | std::uint32_t{at[1]} << 16 | std::uint32_t{at[2]} << 8 | at[3];
+}
+constexpr bool isTwoByteHead(std::uint32_t head) {
+    return (head & 0xE0C00000) == 0xC0800000;
+}
+constexpr bool isThreeByteHead(std::uint32_t head) {
+    return (head & 0xF0C0C000) == 0xE0808000;
+}
+constexpr bool isFourByteHead(std::uint32_t head) {
+    return (head & 0xF0C0C0C0) == 0xF0808080;
+}
+
+/// Four sequences of two bytes, in one word, become four units. Returns the sequences that it took, in fours.
+long decodeTwoByteBlocks(unsigned char const* src, unsigned char const* end, unsigned short* dst) {
+    long taken = 0;
+    for (; end - src - 2 * taken >= 8; taken += 4) {
+        std::uint64_t const bytes = wordAt(src + 2 * taken);
+        if ((bytes & 0xC0E0 * inEachUnit) != 0x80C0 * inEachUnit)
+            break;
+        std::uint64_t const units = (bytes & 0x1F * inEachUnit) << 6 | (bytes >> 8 & 0x3F * inEachUnit);
+        std::memcpy(dst + taken, &units, sizeof units);
+    }
+    return taken;
+}
+
+void writeBytes(unsigned char* dst, unsigned code, unsigned bytes) {
+    for (unsigned i = 0; i < bytes; ++i)
+        dst[i] = static_cast<unsigned char>(code >> 8 * (bytes - 1 - i));
+}
+
+/// Four units below 0x800, in one word: ASCII and others alternate in real text, so there is no branch between them.
+unsigned char* writeShortUnits(unsigned char* dst, std::uint64_t units) {
+    for (int i = 0; i < 4; ++i, units >>= 16) {
+        unsigned const unit = static_cast<unsigned short>(units);
+        bool const ascii = unit < 0x80;
+        unsigned const twoBytes = 0x80C0 | unit >> 6 | (unit & 0x3F) << 8;
+        auto const bytes = static_cast<unsigned short>(ascii ? unit : twoBytes);
+        std::memcpy(dst, &bytes, sizeof bytes);
+        dst += ascii ? 1 : 2;
+    }
+    return dst;
+}
+
+/// Takes at least one unit below 0x800, and those that follow it a block at a time.
+void encodeShortRun(unsigned short const*& src, unsigned short const* end, unsigned char*& dst) {
+    long const ascii = moveAsciiBlocks(src, end, dst);
+    src += ascii;
+    dst += ascii;
+    for (; end - src >= 4 && (wordAt(src) & 0xF800 * inEachUnit) == 0; src += 4)
+        dst = writeShortUnits(dst, wordAt(src));
+    while (src != end && *src < 0x80)
+        *dst++ = static_cast<unsigned char>(*src++);
+    if (src != end && *src < 0x800) {
+        writeBytes(dst, twoByteCode(*src++), 2);
+        dst += 2;
+    }
+}
+
+} // namespace
+
+BulkDecoded<unsigned char> decodeUtf8Blocks(unsigned char const* src, unsigned char const* end, unsigned short* dst) {
+    bool sawIllegal = false;
+    while (src < end) {
+        if (*src < 0x80) {
+            long const moved = moveAsciiBlocks(src, end, dst);
+            src += moved;
+            dst += moved;
+            while (src < end && *src < 0x80)
+                *dst++ = *src++;
+            continue;
+        }
+        if (end - src < 4)
+            break;
+        std::uint32_t const head = headOf(src);
+        if (isTwoByteHead(head)) {
+            *dst++ = static_cast<unsigned short>(twoByteValue(src));
+            src += 2;
+            long const more = decodeTwoByteBlocks(src, end, dst);
+            src += 2 * more;
+            dst += more;
+        } else if (isThreeByteHead(head)) {
+            *dst++ = static_cast<unsigned short>(threeByteValue(src));
+            src += 3;
+        } else if (isFourByteHead(head)) {
+            unsigned const value = fourByteValue(src);
+            *dst++ = highSurrogateOf(value);
+            *dst++ = lowSurrogateOf(value);
+            src += 4;
+            sawIllegal = true;
+        } else {
+            break;
+        }
+    }
+    return {src, dst, sawIllegal};
+}
+
+BulkEncoded<unsigned char> encodeUtf8Blocks(unsigned short const* src, unsigned short const* end, unsigned char* dst) {
+    while (src != end) {
+        unsigned const unit = *src;
+        if (unit < 0x800) {
+            encodeShortRun(src, end, dst);
+        } else if (!isHighSurrogate(unit)) {
+            writeBytes(dst, threeByteCode(unit), 3);
+            dst += 3;
+            ++src;
+        } else if (end - src >= 2 && isLowSurrogate(src[1])) {
+            writeBytes(dst, fourByteCode(combineSurrogates(unit, src[1])), 4);
+            dst += 4;
+            src += 2;
+        } else {
+            break;
+        }
+    }
+    return {src, dst};
+}
+
+} // namespace vyn
