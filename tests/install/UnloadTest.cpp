@@ -11,7 +11,7 @@ using LocalToUTF8 = unsigned long (*)(unsigned char* dst, char const* src, unsig
 constexpr int sets[] = {20866, 932, 936, 30933, 51932, 51936, 54936};
 
 TEST(Unload, UsedLibraryLeavesTheProcessWithAllItsMemory) {
-    constexpr int rounds = 1500, settled = 500; // the loader itself keeps a little memory at first
+    constexpr int rounds = 1500, settled = 500; // the loader itself keeps a little memory
     std::size_t before = 0;
     for (int round = 0; round < rounds; ++round) {
         if (round == settled)
@@ -28,7 +28,7 @@ TEST(Unload, UsedLibraryLeavesTheProcessWithAllItsMemory) {
         ASSERT_EQ(dlclose(library), 0) << dlerror();
         ASSERT_EQ(dlopen(VYNULIB_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded in round " << round;
     }
-    EXPECT_LT(mallinfo2().uordblks, before + 1000);
+    EXPECT_LT(mallinfo2().uordblks, before + 10'000) << "a few bytes a round are the loader's, a table is kilobytes";
 }
 
 } // namespace
