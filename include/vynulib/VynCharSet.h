@@ -81,19 +81,27 @@ VYNULIB_API VynCharSet VynCharSetFromString(char const* name);
 ///
 /// Contract common to these functions:
 /// - `dstSize` is the whole size of `dst`, terminator included: in bytes for byte output, in units for UTF-16 output.
-///   Output that does not fit is cut behind the last whole character that fits; what is written is always terminated,
+///   Output that does not fit is cut after the last whole character that fits; what is written is always terminated,
 ///   with `GetNullCharSize` zero bytes or one zero unit.
-/// - A byte source ends at its first zero byte, a UTF-16 source at its first zero unit. Only `LocalToUTF16` and
-///   `GetNumUnits` read a source in UTF-16 or UTF-32 (1200, 12000) up to that set's own terminator.
-/// - The result is the length written, terminator not counted; 0 also for null pointers, sizes of 0 or less, an empty
-///   source (then a terminator is written) and where memory runs out. Nothing is thrown.
-/// - A character that can't be converted becomes U+FFFD on the way to Unicode, "?" or "U+XXXX" on the way out.
+/// - A source ends at its terminator: a zero byte, a zero unit in UTF-16 (1200 as well as `unsigned short`), a zero
+///   32-bit value in UTF-32 (12000).
+/// - The result is the length written, terminator not counted. **Where it is 0, `dst` need not hold a text**: it is
+///   untouched for null pointers, for sizes of 0 or less or without room for the terminator, for a source that decodes
+///   to nothing, where `cs` and ISO 8859-1 both fail, and where memory runs out. An empty source leaves a terminator.
+///   So test the result before `dst` is read:
+///
+///       if (LocalToUTF8(utf8, name, sizeof utf8, VYNCS_WCP932) != 0)
+///           std::puts(reinterpret_cast<char const*>(utf8));
+///
+/// - Nothing is thrown. A character that can't be converted becomes U+FFFD on the way to Unicode, "?" or "U+XXXX" on the
+///   way out, and nothing tells of it.
 /// - Source and destination are the caller's and must not overlap. Any number of threads may call at once.
 /// @{
 
 /// Byte text in the set `cs` to UTF-8. A source that is not wholly valid in `cs` is taken as ISO 8859-1 instead, so
 /// that no byte is lost. Every supplementary character in a UTF-8 source counts as invalid here: convert UTF-8 with
-/// `UTF8ToUTF16` instead. Nothing is converted from UTF-16 (1200).
+/// `UTF8ToUTF16` instead. Nothing is converted from UTF-16 (1200), and of UTF-32 (12000) at most as many units as there
+/// are bytes before the first zero byte.
 VYNULIB_API unsigned long LocalToUTF8(unsigned char* dst, char const* src, unsigned long dstSize, VynCharSet cs);
 
 /// UTF-8 to byte text in the set `cs`. Invalid UTF-8 becomes U+FFFD before it is converted on.

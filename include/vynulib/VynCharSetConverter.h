@@ -7,8 +7,8 @@
 enum ILLCHAR_OPTYPE : int {
     ILLCHAR_STOP = 0,    ///< End before it.
     ILLCHAR_REPLACE = 1, ///< Write U+FFFD (to UTF-16) or "?" (from UTF-16) for it and go on.
-    ILLCHAR_ESCAPE =
-        2, ///< To UTF-16: as `ILLCHAR_REPLACE`. From UTF-16: write "U+XXXX" for each of its units and go on.
+    /// To UTF-16: as `ILLCHAR_REPLACE`. From UTF-16: write "U+XXXX" for each of its units and go on.
+    ILLCHAR_ESCAPE = 2,
 };
 
 /// Converts text between one character set and UTF-16 in the machine's byte order, the pivot of every conversion.
@@ -22,7 +22,7 @@ enum ILLCHAR_OPTYPE : int {
 ///   converted, whatever `op` is.
 /// - Sources are read up to their terminator: a zero byte, a zero 16-bit unit (UTF-16), a zero 32-bit value (UTF-32).
 ///   Byte sources and destinations need no alignment.
-/// - A terminator is always written behind the output and is neither counted in a capacity nor in a result.
+/// - A terminator is always written after the output and is neither counted in a capacity nor in a result.
 /// - A character is never split: where it does not fit whole, the conversion ends before it.
 /// - Allocation failure while a set's tables are built at its first use is thrown as `std::bad_alloc`.
 class VYNULIB_API VynCharSetConverter {
@@ -38,7 +38,7 @@ public:
 
     /// Converts to UTF-16. Writes at most `dstUnits` units and a zero unit: `dst` holds `dstUnits + 1` units.
     /// `maxSrc` limits the source as well; -1 means no limit (but see `VynCharSetConverterUTF16`). Byte-oriented sets:
-    /// the conversion ends behind the character that brings the bytes read to `maxSrc`, 0 and less mean no limit.
+    /// the conversion ends after the character that brings the bytes read to `maxSrc`, 0 and less mean no limit.
     /// Single-byte sets and UTF-32: at most `maxSrc` bytes or values are read, 0 reads none, less means no limit.
     /// Returns the units written.
     virtual unsigned long toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits, ILLCHAR_OPTYPE op,

@@ -9,7 +9,7 @@ struct DoubleByteCodec;
 
 /// A double-byte code page: a character is one byte, or a lead byte and a trail byte.
 ///
-/// A lead byte without a trail byte behind it is invalid by itself: the byte behind it begins the next character.
+/// A lead byte without a trail byte after it is invalid by itself: the byte after it begins the next character.
 /// `maxSrc` is not tested after such a byte. `getNumUnits` counts by the form of the bytes and needs no table.
 class VYNULIB_API VynCharSetConverterDBCS : public VynCharSetConverterMBCS, protected VynCharSetConverterDBCSBase {
 public:

@@ -6,8 +6,8 @@ namespace vyn {
 struct EucJpCodec;
 }
 
-/// EUC-JP: ASCII but for DEL, JIS X 0208 in two bytes, half-width katakana of JIS X 0201 behind `m_cSS2`, JIS X 0212 in
-/// two bytes behind `m_cSS3`.
+/// EUC-JP: ASCII but for DEL, JIS X 0208 in two bytes, half-width katakana of JIS X 0201 after `m_cSS2`, JIS X 0212 in
+/// two bytes after `m_cSS3`.
 ///
 /// A second byte counts by its low seven bits. Characters of JIS X 0201 below 0x80 that ASCII lacks take the lead byte
 /// 0x80. `getNumUnits` does not count a sequence that `len` or the terminator cuts off.

@@ -36,7 +36,7 @@ public:
     void load() override;
 
     /// Where the search for `key` among the ranges that map keys to UTF-16 begins: the record that holds it is this one
-    /// or one behind it, if any does. The record stays the library's.
+    /// or one after it, if any does. The record stays the library's.
     sGB18030Range const* getGB2UniRange(unsigned int key);
 
     /// The same for the UTF-16 unit `unit` among the ranges that map units to keys.

@@ -21,12 +21,13 @@ public:
 
     /// Decodes UTF-8, sequences of up to six bytes included, up to its terminator. Writes at most `len` values and a
     /// zero value: `dst` holds `len + 1` values. Malformed and overlong sequences, surrogates, U+FFFE and U+FFFF become
-    /// U+FFFD; the flag is cleared and never raised. Returns the values written, not their bytes; 0 for null pointers.
+    /// U+FFFD; the flag is cleared, also for null pointers, and never raised. Returns the values written, not their bytes;
+    /// 0 for null pointers.
     unsigned long fromUTF8(void* dst, unsigned char const* src, unsigned long len, ILLCHAR_OPTYPE op,
                            bool* illegal) override;
 
     /// Encodes as UTF-8, values up to 0x7FFFFFFF in up to six bytes. Surrogates and greater values become U+FFFD and
-    /// raise the flag. Room is tested only behind each character: up to five bytes more than `len` are written, and no
+    /// raise the flag, which is cleared first, also for null pointers. Room is tested only after each character: up to five bytes more than `len` are written, and no
     /// terminator if more than `len` are. `dst` holds `len + 5` bytes. Returns the bytes written.
     unsigned long toUTF8(unsigned char* dst, void const* src, unsigned long len, ILLCHAR_OPTYPE op,
                          bool* illegal) override;
@@ -34,7 +35,7 @@ public:
     unsigned int getMaxUnitSize() const override { return 4; }
     unsigned int getNullCharSize() const override { return 4; }
 
-    /// Decodes one sequence of the terminated UTF-8 text at `*p` and moves `*p` behind it; see `fromUTF8`. Behind a
-    /// lead byte without all its continuation bytes only that byte is skipped.
+    /// Decodes one sequence of the terminated UTF-8 text at `*p` and moves `*p` past it; see `fromUTF8`. Of a
+    /// sequence without all its continuation bytes only the lead byte is skipped.
     unsigned int UTF32fromUTF8(unsigned char** p);
 };

@@ -9,9 +9,8 @@
 /// its pair: the flag alone does not prove a loss. A four-byte sequence with one unit of room left becomes U+FFFD.
 /// `getNumUnits` ends at a stray continuation byte or a cut-off sequence.
 ///
-/// Encoding takes a lone low surrogate as an ordinary unit of three bytes. For a lone high one, `ILLCHAR_REPLACE`
-/// writes
-/// "?"; `ILLCHAR_ESCAPE` writes "U+XXXX", charges five of its six bytes to the room and drops the unit behind it
+/// Encoding takes a lone low surrogate as an ordinary unit of three bytes. For a lone high one, `ILLCHAR_REPLACE` writes
+/// "?"; `ILLCHAR_ESCAPE` writes "U+XXXX", charges five of its six bytes to the room and drops the unit after it
 /// unconverted, the terminator included: give such a call a byte of spare room per escape, and a second zero unit.
 class VYNULIB_API VynCharSetConverterUTF8 : public VynCharSetConverter {
 public:
