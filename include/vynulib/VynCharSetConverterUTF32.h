@@ -27,8 +27,9 @@ public:
                            bool* illegal) override;
 
     /// Encodes as UTF-8, values up to 0x7FFFFFFF in up to six bytes. Surrogates and greater values become U+FFFD and
-    /// raise the flag, which is cleared first, also for null pointers. Room is tested only after each character: up to five bytes more than `len` are written, and no
-    /// terminator if more than `len` are. `dst` holds `len + 5` bytes. Returns the bytes written.
+    /// raise the flag, which is cleared first, also for null pointers. Room is tested only after each character: up to
+    /// five bytes more than `len` are written, and no terminator if more than `len` are. `dst` holds `len + 5` bytes.
+    /// Returns the bytes written.
     unsigned long toUTF8(unsigned char* dst, void const* src, unsigned long len, ILLCHAR_OPTYPE op,
                          bool* illegal) override;
     unsigned int getMinUnitSize() const override { return 4; }
