@@ -25,10 +25,8 @@ struct DoubleByteForm {
     Decoded decodeOne(auto text, auto lookUp) const {
         if (!isLead(text[0]))
             return lookUp(text[0], 1U);
-        if (!text.has(1))
-            return {.value = 0, .elements = 1, .units = 1, .mapped = false, .limited = false, .cutShort = true};
-        if (!isTrail(text[1]))
-            return {.value = 0, .elements = 1, .units = 1, .mapped = false, .limited = false};
+        if (!text.has(1) || !isTrail(text[1]))
+            return unmappedUnlimited(1, !text.has(1));
         return lookUp(text[0] * 256U + text[1], 2U);
     }
 
@@ -92,7 +90,7 @@ struct DoubleByteExCodec : DoubleByteForm {
         if (!isHighSurrogate(text[0]))
             return encoded(tables->reverse.lookup(text[0]), 1);
         if (!text.has(1) || !isLowSurrogate(text[1]))
-            return {.code = 0, .elements = 0, .units = 1, .mapped = false, .cutShort = !text.has(1)};
+            return unmappedUnits(1, !text.has(1));
         return encoded(tables->reverse.lookup(combineSurrogates(text[0], text[1])), 2);
     }
 

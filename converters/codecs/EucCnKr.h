@@ -37,10 +37,8 @@ struct EucCnKrCodec : EucCnKrForm {
             return mappedUnit(text[0], 1);
         if (!isRowOrCell(text[0]))
             return unmapped(1);
-        if (!text.has(1))
-            return {.value = 0, .elements = 1, .units = 1, .mapped = false, .cutShort = true};
-        if (!isRowOrCell(text[1]))
-            return unmapped(1);
+        if (!text.has(1) || !isRowOrCell(text[1]))
+            return unmapped(1, !text.has(1));
         return lookedUpUnit(tables->forward.lookup(rowCellCode(text[0], text[1])), 2);
     }
 

@@ -41,12 +41,12 @@ struct EucJpCodec {
         if (text[0] < endOfAscii)
             return mappedUnit(text[0], 1);
         if (!text.has(1))
-            return {.value = 0, .elements = 1, .units = 1, .mapped = false, .cutShort = true};
+            return unmapped(1, true);
         if (text[0] == SS2)
             return sequence(isKatakana(text[1]) ? tables->forward.lookup(text[1]) : 0, 2);
         if (text[0] == SS3) {
             if (!text.has(2))
-                return {.value = 0, .elements = 1, .units = 1, .mapped = false, .cutShort = true};
+                return unmapped(1, true);
             return sequence(tables->jis0212.forward.lookup(rowCellCode(text[1], text[2])), 3);
         }
         // The high bit of the second byte is deliberately not tested: A4 22 is read as A4 A2. A lead byte 80 reaches

@@ -105,6 +105,7 @@ struct Gb18030Codec {
 
     bool ready() const { return tables != nullptr; }
 
+    /// The source limit deliberately does not count after a sequence that begins as one of several bytes and is none.
     Decoded decodeOne(auto text) const {
         using namespace gb18030;
         if (text[0] < 0x81)
@@ -112,15 +113,15 @@ struct Gb18030Codec {
         if (!isLead(text[0]))
             return unmapped(1);
         if (!text.has(1))
-            return unlimited(1, true);
+            return unmappedUnlimited(1, true);
         if (isTwoByteTrail(text[1]))
             return twoBytes(text[0] * 256U + text[1]);
         if (!isDigit(text[1]))
-            return unlimited(1);
+            return unmappedUnlimited(1);
         if (!text.has(2) || (isLead(text[2]) && !text.has(3)))
-            return unlimited(1, true);
+            return unmappedUnlimited(1, true);
         if (!isLead(text[2]) || !isDigit(text[3]))
-            return unlimited(1);
+            return unmappedUnlimited(1);
         return fourBytes(keyOf(text[0], text[1], text[2], text[3]));
     }
 
@@ -138,12 +139,9 @@ struct Gb18030Codec {
     }
 
 private:
-    /// The source limit does not count after a sequence of several bytes without a character.
-    static Decoded unlimited(unsigned bytes, bool cutShort = false) { return {0, bytes, 1, false, false, cutShort}; }
-
     Decoded inRanges(unsigned key, unsigned bytes) const {
         long const value = tables->scalarOfKey.lookup(key);
-        return value >= 0 ? mappedScalar(static_cast<unsigned>(value), bytes) : unlimited(bytes);
+        return value >= 0 ? mappedScalar(static_cast<unsigned>(value), bytes) : unmappedUnlimited(bytes);
     }
 
     Decoded twoBytes(unsigned code) const {

@@ -23,7 +23,7 @@ struct Utf32Codec {
         if (!isHighSurrogate(text[0]))
             return mappedCode(text[0], 1, 1);
         if (!text.has(1) || !isLowSurrogate(text[1]))
-            return {.code = 0, .elements = 0, .units = 1, .mapped = false, .cutShort = !text.has(1)};
+            return unmappedUnits(1, !text.has(1));
         return mappedCode(combineSurrogates(text[0], text[1]), 1, 2);
     }
 };

@@ -53,7 +53,7 @@ struct Utf8Codec {
         if (!isHighSurrogate(unit))
             return mappedCode(threeByteCode(unit), 3, 1);
         if (!text.has(1) || !isLowSurrogate(text[1]))
-            return {.code = 0, .elements = 0, .units = 1, .mapped = false, .cutShort = !text.has(1)};
+            return unmappedUnits(1, !text.has(1));
         return mappedCode(fourByteCode(combineSurrogates(unit, text[1])), 4, 2);
     }
 
@@ -85,7 +85,7 @@ private:
         unsigned i = 1;
         while (i < trails && text.has(i) && isContinuation(text[i]))
             ++i;
-        return {.value = 0, .elements = 1, .units = 1, .mapped = false, .limited = true, .cutShort = !text.has(i)};
+        return unmapped(1, !text.has(i));
     }
 };
 

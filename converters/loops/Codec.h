@@ -68,8 +68,12 @@ constexpr Decoded mappedUnit(unsigned value, unsigned elements) {
 constexpr Decoded mappedScalar(unsigned value, unsigned elements) {
     return {value, elements, value > 0xFFFF ? 2U : 1U, true};
 }
-constexpr Decoded unmapped(unsigned elements) {
-    return {0, elements, 1, false};
+constexpr Decoded unmapped(unsigned elements, bool cutShort = false) {
+    return {0, elements, 1, false, true, cutShort};
+}
+/// The same where the source limit does not count after it.
+constexpr Decoded unmappedUnlimited(unsigned elements, bool cutShort = false) {
+    return {0, elements, 1, false, false, cutShort};
 }
 /// What a table says of a code, 0 being none.
 constexpr Decoded lookedUpUnit(unsigned value, unsigned elements) {
@@ -79,8 +83,8 @@ constexpr Decoded lookedUpUnit(unsigned value, unsigned elements) {
 constexpr Encoded mappedCode(std::uint64_t code, unsigned elements, unsigned units) {
     return {code, elements, units, true};
 }
-constexpr Encoded unmappedUnits(unsigned units) {
-    return {0, 0, units, false};
+constexpr Encoded unmappedUnits(unsigned units, bool cutShort = false) {
+    return {0, 0, units, false, cutShort};
 }
 
 /// The rule of one character to UTF-16. A text without tables (`!ready()`) converts to nothing.
