@@ -135,15 +135,3 @@ void VynUStringList::requireRoomFor(unsigned long count) const {
     if (max_size() - size() < count)
         length_error();
 }
-
-VynUStringList VynUString::split(unsigned short separator) const {
-    return VynUStringList(*this, separator);
-}
-
-VynUStringList VynUString::split(VynUString const& separator) const {
-    return VynUStringList(*this, separator);
-}
-
-VynUStringList VynUString::split(char separator, VynCharSet cs) const {
-    return VynUStringList(*this, VynUString(separator, cs));
-}
