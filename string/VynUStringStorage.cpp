@@ -204,6 +204,8 @@ VynUString::VynUString(unsigned short const* f, unsigned short const* l) : VynUS
         fill(f, static_cast<unsigned long>(l - f));
 }
 
+VynUString::VynUString(std::u16string_view s) : VynUString(s.data(), s.data() + s.size()) {}
+
 VynUString::VynUString(VynPascalString const& p, VynCharSet cs) : VynUString(&p, cs) {}
 
 VynUString::VynUString(VynPascalString const* p, VynCharSet cs) : VynUString() {
@@ -283,6 +285,14 @@ VynUString& VynUString::operator=(char const* s) {
     if (s == nullptr)
         return erase();
     convert(s, npos, VYNCS_OS_DEFAULT, -1);
+    freeSecText();
+    return *this;
+}
+
+VynUString& VynUString::operator=(std::u16string_view s) {
+    if (s.empty())
+        return erase();
+    fill(vyn::unitPointer(s.data()), s.size());
     freeSecText();
     return *this;
 }

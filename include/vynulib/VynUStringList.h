@@ -77,3 +77,8 @@ private:
 
     std::vector<VynUString> m_oStrings;
 };
+
+template <class Unit, vyn::IfUnit<Unit>>
+VynUStringList VynUString::split(Unit separator) const {
+    return split(static_cast<unsigned short>(separator));
+}
