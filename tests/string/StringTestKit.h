@@ -1,7 +1,10 @@
 #pragma once
 
+#include "tests/support/FailingAllocation.h"
+
 #include <vynulib/VynUString.h>
 
+#include <new>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -20,7 +23,7 @@ inline std::u16string textOf(VynUString const& string) {
 /// Of the leak checker, where there is one.
 extern "C" void __lsan_ignore_object(void const* object) __attribute__((weak));
 
-/// Tells the leak checker that the string is about to be assigned to, which lets go of its heap array on purpose.
+/// Tells the leak checker that `assign` is about to be called, which lets go of the string's heap array on purpose.
 inline void expectAbandoned(VynUString const& string) {
     if (__lsan_ignore_object && string.capacity() > VynUString().capacity())
         __lsan_ignore_object(string.data());
@@ -37,4 +40,21 @@ std::string outcomeOf(Action action) {
         return std::string("length_error: ") + e.what();
     }
     return "done";
+}
+
+/// Runs `action` with no allocation to spend, with one, with two and so on until it has enough, and `check` after each
+/// failure.
+template <class Action, class Check>
+void exhaustMemory(Action action, Check check) {
+    for (unsigned allocations = 0;; ++allocations) {
+        allocationsLeft = allocations;
+        try {
+            action();
+            allocationsLeft = unlimitedAllocations;
+            return;
+        } catch (std::bad_alloc const&) {
+            allocationsLeft = unlimitedAllocations;
+            check();
+        }
+    }
 }
