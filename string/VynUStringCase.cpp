@@ -18,16 +18,29 @@ bool mapUnits(unsigned short* units, unsigned long count) {
     return changed != 0;
 }
 
+// Loads the table where a unit needs it: memory may run out here, while the text is whole, and not later.
+void prepare(VynUCharTable& table, unsigned short const* units, unsigned long count) {
+    unsigned short needed = 0; // as wide as a unit, so that compilers use vectors
+    for (unsigned long i = 0; i < count; ++i)
+        needed = static_cast<unsigned short>(needed | (units[i] > vyn::lastPlainAscii));
+    if (needed != 0)
+        table.load();
+}
+
 } // namespace
 
 void VynUString::toUpper(bool asciiOnly) {
     unsigned short* const units = m_oRep.m_pText;
+    if (!asciiOnly)
+        prepare(VynUChar::m_gUpperCaseTable, units, length());
     if (asciiOnly ? mapUnits<vyn::asciiUpper>(units, length()) : mapUnits<vyn::upper>(units, length()))
         freeSecText();
 }
 
 void VynUString::toLower(bool asciiOnly) {
     unsigned short* const units = m_oRep.m_pText;
+    if (!asciiOnly)
+        prepare(VynUChar::m_gLowerCaseTable, units, length());
     if (asciiOnly ? mapUnits<vyn::asciiLower>(units, length()) : mapUnits<vyn::lower>(units, length()))
         freeSecText();
 }

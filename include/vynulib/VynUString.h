@@ -64,8 +64,8 @@ inline unsigned short const* unitPointer(std::nullptr_t) noexcept {
 ///   `operator=(char)`, writing through `at`, and the storage operations.
 /// - Null pointers and empty inputs are not errors: they make empty strings. Arguments may point into the string's own
 ///   text. A position that is an error throws `std::out_of_range` ("invalid string index given"), a length
-///   `std::length_error` ("exceed maximum string length"), both before anything changes; memory that runs out throws
-///   `std::bad_alloc`.
+///   `std::length_error` ("exceed maximum string length"), both before anything changes. Memory that runs out, also
+///   that for the tables of a set at its first use, throws `std::bad_alloc` and leaves text and capacity as they were.
 /// - One string must not be used by two threads at once, unless both only call const members.
 class VYNULIB_API VynUString {
 public:
@@ -149,7 +149,7 @@ public:
     /// @name Assignment
     /// The capacity grows to what the new text needs and stays if it suffices. A null pointer or an empty text erases.
     /// @{
-    VynUString& operator=(VynUString const& o) { return assign(o); }
+    VynUString& operator=(VynUString const& o);     ///< Of itself: nothing.
     VynUString& operator=(VynUString&& o) noexcept; ///< Takes over heap array and cached byte text; `o` becomes empty.
     VynUString& operator=(VynPascalString const* p);
     VynUString& operator=(VynBSTR const& b);
@@ -166,8 +166,8 @@ public:
     /// Keeps the cached byte text, so that `c_str` in the same set still gives the old one.
     VynUString& operator=(char c);
 
-    /// Copies the text of `o`. Sets the storage up anew first: **a heap array that this string held is let go of, not
-    /// released**. Where that matters, assign an rvalue (`s = VynUString(o)`), which releases it. Of itself: nothing.
+    /// Copies the text of `o` into storage that is set up anew: **a heap array that this string held is let go of, not
+    /// released**. All else that replaces a text releases it, `operator=` for one. Of itself: nothing.
     VynUString& assign(VynUString const& o);
 
     /// Exchanges the texts. Both strings lose their cached byte text and get the capacity of a copy.
@@ -376,19 +376,11 @@ private:
     [[noreturn]] static void range_error();
     [[noreturn]] static void length_error();
 
-    void releaseText() noexcept;
-    void takeOver(VynUString& o) noexcept;
-    bool makeRoom(unsigned long n);
-    void endTextAt(unsigned long n) noexcept;
-    void endFillAt(unsigned long n, bool fresh) noexcept;
-    void fill(unsigned short const* units, unsigned long n);
+    class Draft; // what all writers write through
+
     void convert(void const* bytes, unsigned long byteCount, VynCharSet cs, int maxSrc);
     void convertUnterminated(char const* bytes, unsigned long byteCount, VynCharSet cs, int maxSrc);
-    bool prepareResize(unsigned long n);
-    void replaceInNewArray(unsigned long p, unsigned long removed, unsigned short const* source,
-                           unsigned long inserted);
-    void replaceInPlace(unsigned long p, unsigned long removed, VynUString const& s, unsigned long q,
-                        unsigned long inserted);
+    bool cutOrGrow(unsigned long n);
 
     Representation* m_pRep; // always &m_oRep
     Representation m_oRep;
@@ -427,9 +419,9 @@ VYNULIB_API bool operator>=(unsigned short const* a, VynUString const& b);
 
 /// @name Streams
 /// Bytes are in `VYNCS_OS_DEFAULT`. The readers empty the string first, report only through the stream's state, reset
-/// its width to 0 and read at most width - 1 bytes where the width is not 0. A byte 0xFF ends the input as its end
-/// does; where no byte was stored, failbit is set. What the stream's buffer throws counts as failure and is not passed
-/// on.
+/// its width to 0 and read at most width - 1 bytes where the width is not 0. They flush a tied stream and then try to
+/// read whatever the stream's state is. A byte 0xFF ends the input as its end does; where no byte was stored, failbit is
+/// set. What the stream's buffer throws counts as failure and is not passed on.
 /// @{
 
 /// Inserts the text up to its first zero unit; width and fill apply.
