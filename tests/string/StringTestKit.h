@@ -7,17 +7,16 @@
 #include <new>
 #include <stdexcept>
 #include <string>
-#include <vector>
+#include <string_view>
 
 /// A string of exactly these units, zero units included, in a capacity that just fits.
-inline VynUString makeString(std::u16string const& text) {
-    std::vector<unsigned short> const units(text.begin(), text.end());
-    return VynUString(units.data(), units.data() + units.size());
+inline VynUString makeString(std::u16string_view text) {
+    return text;
 }
 
 /// All units of a string.
 inline std::u16string textOf(VynUString const& string) {
-    return std::u16string(string.data(), string.data() + string.length());
+    return std::u16string(string.view());
 }
 
 /// Of the leak checker, where there is one.

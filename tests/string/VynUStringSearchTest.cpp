@@ -89,7 +89,7 @@ TEST(VynUStringSearch, ComparisonsSeeEveryPosition) {
                 Text text(length, u'y');
                 VynUString const a = makeString(text);
                 text[i] = unit;
-                VynUString const b = makeString(text), one = makeString({unit});
+                VynUString const b = makeString(text), one = makeString(Text(1, unit));
                 for (unsigned long const n : {npos, i, i + 1}) {
                     ASSERT_EQ(a.compare(b, n), a.canonicalCompare(a.data(), b.data(), n)) << i << ' ' << length;
                     ASSERT_EQ(a.compareNoCase(b, n), a.canonicalCompareNoCase(a.data(), b.data(), n));
@@ -134,26 +134,21 @@ TEST(VynUStringSearch, FindsWhatALiteralSearchFinds) {
 
 TEST(VynUStringSearch, ShortcutsAreKept) {
     VynUString const hello("hello"), ell("ell"), none;
-    struct {
-        char const* name;
-        unsigned long found, expected;
-    } const rows[] = {{"last unit from past the end", hello.rfind(u'l', 10), 4},
-                      {"last zero unit", hello.rfind(u'\0', 2), 4},
-                      {"last unit that is nowhere", hello.rfind(u'z', 3), npos},
-                      {"last unit in nothing", none.rfind(u'h', 0), npos},
-                      {"zero unit", hello.find(u'\0'), npos},
-                      {"unit from the end", ell.find(u'e', 3), npos},
-                      {"itself", hello.find(hello), 0},
-                      {"itself from 1", hello.find(hello, 1), npos},
-                      {"last of itself", hello.rfind(hello, 3), 0},
-                      {"longer string", ell.find(hello), npos},
-                      {"last longer string", ell.rfind(hello), npos},
-                      {"empty string", hello.find(none), npos},
-                      {"last empty string", hello.rfind(none), npos},
-                      {"empty string in itself", none.find(none), npos},
-                      {"last empty string in itself", none.rfind(none), npos}};
-    for (auto const& row : rows)
-        EXPECT_EQ(row.found, row.expected) << row.name;
+    EXPECT_EQ(hello.rfind(u'l', 10), 4u);
+    EXPECT_EQ(hello.rfind(u'\0', 2), 4u);
+    EXPECT_EQ(hello.rfind(u'z', 3), npos);
+    EXPECT_EQ(none.rfind(u'h', 0), npos);
+    EXPECT_EQ(hello.find(u'\0'), npos);
+    EXPECT_EQ(ell.find(u'e', 3), npos);
+    EXPECT_EQ(hello.find(hello), 0u);
+    EXPECT_EQ(hello.find(hello, 1), npos);
+    EXPECT_EQ(hello.rfind(hello, 3), 0u);
+    EXPECT_EQ(ell.find(hello), npos);
+    EXPECT_EQ(ell.rfind(hello), npos);
+    EXPECT_EQ(hello.find(none), npos);
+    EXPECT_EQ(hello.rfind(none), npos);
+    EXPECT_EQ(none.find(none), npos);
+    EXPECT_EQ(none.rfind(none), npos);
 }
 
 // A search that starts again at every unit would take hours.

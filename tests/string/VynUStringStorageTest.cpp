@@ -94,7 +94,7 @@ TEST(VynUStringStorage, NothingAfterATextIsRead) {
 
 TEST(VynUStringStorage, ChangesAreMadeWholeOrNotAtAll) {
     Text const dots(262, u'.'), old = u"wX" + dots + u"\xC9\xE9wxyz", threeHundred(300, unit);
-    VynUString const longer(unit, 300), shorter(unit);
+    VynUString const longer(unit, 300);
     VynUString other(longer);
     std::string const longBytes(300, 'x');
     static VynBSTR longBstr = {300, {}};
@@ -108,7 +108,6 @@ TEST(VynUStringStorage, ChangesAreMadeWholeOrNotAtAll) {
         // First, before the default set has its tables.
         {"bytes", [&](auto& s) { s = longBytes.c_str(); }, Text(300, u'x'), 300},
         {"string", [&](auto& s) { s = longer; }, threeHundred, 300},
-        {"shorter string", [&](auto& s) { s = shorter; }, u"\x3042"},
         {"moved string", [](auto& s) { s = VynUString("q"); }, u"q", inlineCapacity}, // takes over what the other has
         {"assign", [&](auto& s) { expectAbandoned(s), s.assign(longer); }, threeHundred, 300},
         {"swap", [&](auto& s) { s.swap(other); }, threeHundred, 300},
@@ -124,7 +123,6 @@ TEST(VynUStringStorage, ChangesAreMadeWholeOrNotAtAll) {
         {"no bytes", [](auto& s) { s = noBytes; }, u""},
         {"empty bytes", [](auto& s) { s = "\0a"; }, u""},
         {"units", [&](auto& s) { s = longer.data(); }, threeHundred, 300},
-        {"own units", [](auto& s) { s = s.data() + 267; }, u"xyz"},
         {"no units", [](auto& s) { s = noUnits; }, u""},
         {"empty units", [](auto& s) { s = &zero; }, u""},
         {"view", [&](auto& s) { s = longer.view(); }, threeHundred, 300},
@@ -138,7 +136,6 @@ TEST(VynUStringStorage, ChangesAreMadeWholeOrNotAtAll) {
         {"new array of bytes", [](auto& s) { s.resize(300, 'x', VYNCS_ISO_8859_7); }, Text(300, u'x'), 300},
         {"more bytes", [](auto& s) { s.resize(272, 'x', VYNCS_ISO_8859_8); }, old + u"xx"},
         {"replace", [&](auto& s) { s.replace(0, npos, longer, 0); }, threeHundred, 300},
-        {"trim", [](auto& s) { s.trim(VynUString::TRIM_BOTH, VynUString::TRIM_WHITESPACE); }, old},
         {"upper case", [](auto& s) { s.toUpper(false); }, u"WX" + dots + u"\xC9\xC9WXYZ"},
         {"lower case", [](auto& s) { s.toLower(false); }, u"wx" + dots + u"\xE9\xE9wxyz"},
     };
@@ -174,16 +171,12 @@ TEST(VynUStringStorage, RoomIsMadeExactlyAndOnlyWhereItIsMissing) {
 }
 
 TEST(VynUStringStorage, OwnsWhatItTakes) {
-    VynUString a(unit, 300), b("b");
-    a.c_str(VYNCS_UTF8), b.c_str(VYNCS_UTF8);
-    a.swap(b);
-    EXPECT_EQ(b, VynUString(unit, 300));
-    EXPECT_EQ(b.capacity(), 300u);
-    EXPECT_STREQ(a.c_str(VYNCS_UTF8), "b");
-
-    std::unique_ptr<unsigned short const[]> const abandoned(b.data());
-    b.assign(a);
-    EXPECT_EQ(b.capacity(), inlineCapacity);
+    VynUString swapped(unit, 300), other("b");
+    swapped.swap(other);
+    EXPECT_EQ(other, VynUString(unit, 300));
+    std::unique_ptr<unsigned short const[]> const abandoned(other.data());
+    other.assign(swapped);
+    EXPECT_EQ(other.capacity(), inlineCapacity);
     EXPECT_EQ(abandoned[299], unit); // let go of, not released
 }
 
