@@ -5,7 +5,7 @@
 namespace vyn {
 
 constexpr unsigned short asciiCaseBit = 0x20;
-constexpr unsigned short lastPlainAscii = 0x7E; // no table is asked for units up to it
+constexpr unsigned short lastAscii = 0x7F; // no table is asked for units up to it
 
 constexpr bool isBetween(unsigned short unit, char first, char last) {
     return unit >= static_cast<unsigned char>(first) && unit <= static_cast<unsigned char>(last);
@@ -26,11 +26,11 @@ inline unsigned short mapped(VynUCharTable& table, unsigned short unit) {
 
 /// The case of one unit. Loads the table where the unit needs one, which throws `std::bad_alloc`.
 inline unsigned short upper(unsigned short unit) {
-    return unit <= lastPlainAscii ? asciiUpper(unit) : mapped(VynUChar::m_gUpperCaseTable, unit);
+    return unit <= lastAscii ? asciiUpper(unit) : mapped(VynUChar::m_gUpperCaseTable, unit);
 }
 
 inline unsigned short lower(unsigned short unit) {
-    return unit <= lastPlainAscii ? asciiLower(unit) : mapped(VynUChar::m_gLowerCaseTable, unit);
+    return unit <= lastAscii ? asciiLower(unit) : mapped(VynUChar::m_gLowerCaseTable, unit);
 }
 
 } // namespace vyn

@@ -20,10 +20,10 @@ bool mapUnits(unsigned short* units, unsigned long count) {
 
 // Loads the table where a unit needs it: memory may run out here, while the text is whole, and not later.
 void prepare(VynUCharTable& table, unsigned short const* units, unsigned long count) {
-    unsigned short needed = 0; // as wide as a unit, so that compilers use vectors
+    unsigned short all = 0; // as wide as a unit, so that compilers use vectors
     for (unsigned long i = 0; i < count; ++i)
-        needed = static_cast<unsigned short>(needed | (units[i] > vyn::lastPlainAscii));
-    if (needed != 0)
+        all = static_cast<unsigned short>(all | units[i]);
+    if (all > vyn::lastAscii)
         table.load();
 }
 

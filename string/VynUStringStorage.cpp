@@ -46,8 +46,7 @@ void VynUString::freeSecText() {
 }
 
 /// Takes as many units as the converter counts in `byteCount` bytes; none erase the string.
-void VynUString::convert(void const* bytes, unsigned long byteCount, VynCharSet cs, int maxSrc) {
-    VynCharSetConverter& converter = *VynCharSetConverter::getConverter(cs);
+void VynUString::convert(VynCharSetConverter& converter, void const* bytes, unsigned long byteCount, int maxSrc) {
     unsigned long const units = converter.getNumUnits(bytes, byteCount);
     if (units == 0) {
         erase();
@@ -60,7 +59,7 @@ void VynUString::convert(void const* bytes, unsigned long byteCount, VynCharSet 
 void VynUString::convertUnterminated(char const* bytes, unsigned long byteCount, VynCharSet cs, int maxSrc) {
     vyn::PaddedBytes padded(byteCount);
     std::memcpy(padded.data(), bytes, byteCount);
-    convert(padded.data(), byteCount, cs, maxSrc);
+    convert(*VynCharSetConverter::getConverter(cs), padded.data(), byteCount, maxSrc);
 }
 
 VynUString::VynUString() noexcept {
@@ -90,7 +89,7 @@ VynUString::VynUString(char c, unsigned long m, VynCharSet cs) : VynUString() {
         return;
     vyn::PaddedBytes bytes(m);
     std::memset(bytes.data(), c, m);
-    convert(bytes.data(), m, cs, -1);
+    convert(*VynCharSetConverter::getConverter(cs), bytes.data(), m, -1);
 }
 
 VynUString::VynUString(unsigned short u) : VynUString(u, 1) {}
@@ -116,11 +115,12 @@ VynUString::VynUString(char const* s, VynCharSet cs) : VynUString(s, npos, cs) {
 VynUString::VynUString(char const* s, unsigned long len, VynCharSet cs) : VynUString() {
     if (s == nullptr)
         return;
+    VynCharSetConverter& converter = *VynCharSetConverter::getConverter(cs);
     // A converter's count trusts what a lead byte promises, past the terminator too, which memory may end with. Where
     // terminators are wider than a byte, there are no lead bytes.
-    if (len != npos && VynCharSetConverter::getConverter(cs)->getNullCharSize() == 1)
+    if (len != npos && converter.getNullCharSize() == 1)
         len = strnlen(s, len);
-    convert(s, len, cs, -1); // deliberate: `len` bounds the count only, the count bounds the conversion
+    convert(converter, s, len, -1); // deliberate: `len` bounds the count only, the count bounds the conversion
 }
 
 VynUString::VynUString(unsigned short const* s) : VynUString() {
@@ -226,7 +226,7 @@ VynUString& VynUString::operator=(unsigned short const* s) {
 VynUString& VynUString::operator=(char const* s) {
     if (s == nullptr)
         return erase();
-    convert(s, npos, VYNCS_OS_DEFAULT, -1);
+    convert(*VynCharSetConverter::getConverter(VYNCS_OS_DEFAULT), s, npos, -1);
     return *this;
 }
 

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <type_traits>
 
+class VynCharSetConverter;
 class VynUStringList;
 
 // How `VynUString` takes units that are not of the type `unsigned short`. Templates take exactly these types and no
@@ -378,7 +379,7 @@ private:
 
     class Draft; // what all writers write through
 
-    void convert(void const* bytes, unsigned long byteCount, VynCharSet cs, int maxSrc);
+    void convert(VynCharSetConverter& converter, void const* bytes, unsigned long byteCount, int maxSrc);
     void convertUnterminated(char const* bytes, unsigned long byteCount, VynCharSet cs, int maxSrc);
     bool cutOrGrow(unsigned long n);
 

@@ -50,7 +50,7 @@ TEST(VynUStringConversion, NothingIsCopiedFromNothingOrToNowhere) {
     char bytes[] = "#";
     unsigned short unit = '#';
     VynPascalString pascal = {9, "#"};
-    for (unsigned long const room : {0, 9}) {
+    for (unsigned long const room : {0ul, 9ul}) {
         VynUString const& source = room == 0 ? string : none;
         EXPECT_EQ(source.copy(bytes, room), 0u);
         EXPECT_EQ(source.copy(&unit, room), 0u);
