@@ -1,7 +1,5 @@
 #include "string/Draft.h"
 
-#include <new>
-
 void VynUString::Draft::install(VynUString& string, unsigned short* array, unsigned long capacity,
                                 unsigned long length) noexcept {
     releaseArray(string);

@@ -7,12 +7,12 @@
 #include <memory>
 #include <new>
 
-/// The next text of a string while it is written. Only here does a string's record get another text, so that every writer
-/// keeps the rules of the storage:
+/// The next text of a string while it is written. Only here does a string's record get another text, so that every
+/// writer keeps the rules of the storage:
 ///
 /// - The text is written where it fits, or else into a new array, which is the draft's until `keep` makes it the
-///   string's. So whatever throws before `keep` leaves the string as it was, but for units past its end. What is written
-///   over the string's own units must not fail midway.
+///   string's. So whatever throws before `keep` leaves the string as it was, but for units past its end. What is
+///   written over the string's own units must not fail midway.
 /// - A zero unit ends the text, and what was never written is never shown: the rest of a new array is cleared, and a
 ///   mark tells how far the units in the object were ever written.
 /// - The old array lives until `keep`: a source may be part of the old text.
@@ -90,12 +90,13 @@ public:
 private:
     static constexpr unsigned short zeroUnit = 0;
 
-    // What is rare, and of no short string, is out of line.
     static unsigned short* newArray(unsigned long n) {
         if (n >= npos / sizeof(unsigned short))
             throw std::bad_array_new_length();
         return new unsigned short[n + 1];
     }
+
+    // Out of line, as no short string needs it: a string is constructed inline.
     static void install(VynUString& string, unsigned short* array, unsigned long capacity,
                         unsigned long length) noexcept;
 

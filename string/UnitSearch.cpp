@@ -108,9 +108,9 @@ unsigned long findTwoWay(Units text, unsigned long length, Units pattern, unsign
     return notFound;
 }
 
-// When trying candidates has cost too much, in units compared. A candidate ends a block of `firstMatch` early, which costs
-// as much as some eight units. What two comparisons for each unit passed over would cost, the two-way search costs as well;
-// it first reads the whole pattern, though, which a few bad candidates at the start of a text are not worth.
+// When trying candidates has cost too much, in units compared. A candidate ends a block of `firstMatch` early, which is
+// charged as eight units. The two-way search compares each unit at most twice, so that more than that is worth a
+// change; but it reads the whole pattern first, which a few bad candidates at the start of a text are not worth.
 constexpr unsigned long costOfCandidate = 8;
 constexpr unsigned long costPerUnit = 2;
 constexpr unsigned long costToBegin = 1024;

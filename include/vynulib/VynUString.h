@@ -57,8 +57,8 @@ inline unsigned short const* unitPointer(std::nullptr_t) noexcept {
 ///   count means "to the end", as a result "not found".
 /// - Zero units may stand inside a text (a `VynBSTR` or two pointers bring them in). Comparisons, and conversions to
 ///   bytes, end at the first of them; everything else goes by the length.
-/// - Up to 257 units live in the object itself; more take a heap array of exactly the size asked for. The capacity never
-///   shrinks through editing.
+/// - Up to 257 units live in the object itself; more take a heap array of exactly the size asked for. The capacity
+///   never shrinks through editing.
 /// - Byte text is converted by the converter of its character set; what can't be converted becomes U+FFFD on the way in
 ///   and "?" on the way out. Where a member takes no set, bytes are in `VYNCS_OS_DEFAULT`.
 /// - `c_str` keeps the bytes it made with the string. Every operation that changes the text releases them, but for
@@ -421,8 +421,8 @@ VYNULIB_API bool operator>=(unsigned short const* a, VynUString const& b);
 /// @name Streams
 /// Bytes are in `VYNCS_OS_DEFAULT`. The readers empty the string first, report only through the stream's state, reset
 /// its width to 0 and read at most width - 1 bytes where the width is not 0. They flush a tied stream and then try to
-/// read whatever the stream's state is. A byte 0xFF ends the input as its end does; where no byte was stored, failbit is
-/// set. What the stream's buffer throws counts as failure and is not passed on.
+/// read whatever the stream's state is. A byte 0xFF ends the input as its end does; where no byte was stored, failbit
+/// is set. What the stream's buffer throws counts as failure and is not passed on.
 /// @{
 
 /// Inserts the text up to its first zero unit; width and fill apply.

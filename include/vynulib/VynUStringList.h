@@ -8,9 +8,9 @@
 ///
 /// An index that is too large throws `std::out_of_range` "invalid string list index given", a list that would grow
 /// beyond `max_size()` `std::length_error` "exceed maximum string list length", both before anything is changed. Memory
-/// that runs out throws `std::bad_alloc` and leaves the list as it was. An argument may be an element of the list itself.
-/// References and iterators end with the next change of the list. One list must not be used from two threads at once,
-/// unless both only call const members.
+/// that runs out throws `std::bad_alloc` and leaves the list as it was. An argument may be an element of the list
+/// itself. References and iterators end with the next change of the list. One list must not be used from two threads at
+/// once, unless both only call const members.
 class VYNULIB_API VynUStringList {
 public:
     using iterator = std::vector<VynUString>::iterator;
@@ -26,7 +26,8 @@ public:
     /// @{
     /// The fields of `text`, split at each occurrence of the separator. Each separator ends a field: ",a,,b," gives "",
     /// "a", "", "b"; after the last separator there is a field only if it is not empty, and an empty text has none.
-    /// Occurrences do not overlap. Without a separator (0 or empty), the whole text is the one element.
+    /// Occurrences do not overlap. Without a separator (0 or empty), the whole text is the one element. Here a
+    /// `char` is a unit.
     VynUStringList(VynUString const& text, unsigned short separator);
     VynUStringList(VynUString const& text, VynUString const& separator);
     /// @}
