@@ -41,8 +41,8 @@ int main() {
     joined.toUpper(false);
     std::printf("In capitals: %s\n", joined.c_str(VYNCS_UTF8));
 
-    VynUString const arrow(static_cast<unsigned short>(0x2192));
-    unsigned long const bar = joined.find(VynUString("|", VYNCS_UTF8));
-    joined.replace(bar, 1, arrow, 0).resize(joined.find(VynUString("|", VYNCS_UTF8)), ' ');
+    VynUString const arrow(u'→');
+    unsigned long const bar = joined.find(u'|');
+    joined.replace(bar, 1, arrow, 0).resize(joined.find(u'|'), ' ');
     std::printf("A journey: %s\n", trimmed(joined).c_str(VYNCS_UTF8));
 }

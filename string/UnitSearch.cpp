@@ -17,15 +17,17 @@ struct Backward {
     Backward from(unsigned long i) const { return {last - i}; }
 };
 
+// A cache line of text: two to four vectors, whose results take one branch together.
+constexpr unsigned long positionsPerBlock = 32;
+
 // The first of `count` positions from `from` on at which `matches` is 1, or `count`. Whole blocks are skipped without
 // a branch in them, which leaves it to the compiler to take them several units at a time.
 template <class Matches>
 unsigned long firstMatch(unsigned long from, unsigned long count, Matches matches) {
-    constexpr unsigned long block = 32;
     unsigned long i = from;
-    for (; count - i >= block; i += block) {
+    for (; count - i >= positionsPerBlock; i += positionsPerBlock) {
         unsigned short any = 0;
-        for (unsigned long j = 0; j < block; ++j)
+        for (unsigned long j = 0; j < positionsPerBlock; ++j)
             any = static_cast<unsigned short>(any | matches(i + j));
         if (any != 0)
             break;
@@ -106,6 +108,13 @@ unsigned long findTwoWay(Units text, unsigned long length, Units pattern, unsign
     return notFound;
 }
 
+// When trying candidates has cost too much, in units compared. A candidate ends a block of `firstMatch` early, which is
+// charged as eight units. The two-way search compares each unit at most twice, so that more than that is worth a
+// change; but it reads the whole pattern first, which a few bad candidates at the start of a text are not worth.
+constexpr unsigned long costOfCandidate = 8;
+constexpr unsigned long costPerUnit = 2;
+constexpr unsigned long costToBegin = 1024;
+
 // Tries the positions where both the first and the last unit of the pattern fit, and changes over to the two-way search
 // where comparing the rest there has cost too much for the distance covered.
 template <class Units>
@@ -127,8 +136,8 @@ unsigned long findMany(Units text, unsigned long length, Units pattern, unsigned
             ++same;
         if (same >= lastIndex)
             return at;
-        cost += same + 8;
-        if (cost > 2 * at + 1024) {
+        cost += costOfCandidate + same;
+        if (cost > costToBegin + costPerUnit * at) {
             unsigned long const rest = at + 1;
             unsigned long const found = findTwoWay(text.from(rest), length - rest, pattern, patternLength);
             return found == notFound ? notFound : rest + found;

@@ -18,7 +18,7 @@ unsigned long findUnits(unsigned short const* text, unsigned long length, unsign
 unsigned long findLastUnits(unsigned short const* text, unsigned long length, unsigned short const* pattern,
                             unsigned long patternLength) noexcept;
 
-/// Units that `equalBlocks` looks at.
+/// Units that `equalBlocks` looks at: a vector or two, so that texts which differ early are not looked at in vain.
 constexpr unsigned long blockUnits = 16;
 
 /// Whether the next `blockUnits` units of both texts are equal, and none is zero.

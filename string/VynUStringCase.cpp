@@ -1,45 +1,14 @@
 #include <vynulib/VynUString.h>
 
-#include <vynulib/VynUChar.h>
-
-#include "string/UnitSearch.h"
-
-#include <algorithm>
+#include "string/UnitCase.h"
 
 namespace {
 
-constexpr unsigned short asciiCaseBit = 0x20;
-
-constexpr bool isBetween(unsigned short unit, char first, char last) {
-    return unit >= static_cast<unsigned char>(first) && unit <= static_cast<unsigned char>(last);
-}
-
-constexpr unsigned short asciiUpper(unsigned short unit) {
-    return isBetween(unit, 'a', 'z') ? static_cast<unsigned short>(unit - asciiCaseBit) : unit;
-}
-
-constexpr unsigned short asciiLower(unsigned short unit) {
-    return isBetween(unit, 'A', 'Z') ? static_cast<unsigned short>(unit + asciiCaseBit) : unit;
-}
-
-unsigned short mapped(VynUCharTable& table, unsigned short unit) {
-    unsigned short const value = table.getValue(unit);
-    return value == 0 ? unit : value;
-}
-
-constexpr unsigned short lastPlainAscii = 0x7E;
-
-unsigned short upper(unsigned short unit) {
-    return unit <= lastPlainAscii ? asciiUpper(unit) : mapped(VynUChar::m_gUpperCaseTable, unit);
-}
-
-unsigned short lower(unsigned short unit) {
-    return unit <= lastPlainAscii ? asciiLower(unit) : mapped(VynUChar::m_gLowerCaseTable, unit);
-}
+using Mapping = unsigned short(unsigned short);
 
 // Whether any unit changed.
-template <class Map>
-bool mapUnits(unsigned short* units, unsigned long count, Map map) {
+template <Mapping map>
+bool mapUnits(unsigned short* units, unsigned long count) {
     unsigned short changed = 0;
     for (unsigned long i = 0; i < count; ++i) {
         unsigned short const unit = map(units[i]);
@@ -49,142 +18,29 @@ bool mapUnits(unsigned short* units, unsigned long count, Map map) {
     return changed != 0;
 }
 
-constexpr int undecided = 2;
-
-// -1, 0 or 1 where the first `count` units decide, by a difference that folding leaves or by a zero unit in both.
-template <class Fold>
-int compareUnits(unsigned short const* a, unsigned short const* b, unsigned long count, Fold fold) {
-    for (unsigned long i = 0; i < count; ++i) {
-        if (a[i] != b[i]) {
-            unsigned short const left = fold(a[i]), right = fold(b[i]);
-            if (left != right)
-                return left < right ? -1 : 1;
-        } else if (a[i] == 0) {
-            return 0;
-        }
-    }
-    return undecided;
-}
-
-template <class Fold>
-int comparePointers(unsigned short const* a, unsigned short const* b, unsigned long count, Fold fold) {
-    if (count == 0)
-        return 0;
-    if (a == nullptr || b == nullptr)
-        return (a != nullptr) - (b != nullptr);
-    int const result = compareUnits(a, b, count, fold);
-    return result == undecided ? 0 : result;
-}
-
-// As `comparePointers`, for texts of which `count` units can be read, whatever they hold.
-template <class Fold>
-int compareTexts(unsigned short const* a, unsigned short const* b, unsigned long count, Fold fold) {
-    for (unsigned long i = 0; i < count; i += vyn::blockUnits) {
-        unsigned long const units = std::min(count - i, vyn::blockUnits);
-        if (units == vyn::blockUnits && vyn::equalBlocks(a + i, b + i))
-            continue;
-        int const result = compareUnits(a + i, b + i, units, fold);
-        if (result != undecided)
-            return result;
-    }
-    return 0;
-}
-
-constexpr auto exact = [](unsigned short unit) { return unit; };
-
-// The units of both texts that are there to compare: the terminator of the shorter one is the last.
-unsigned long comparable(VynUString const& a, VynUString const& b, unsigned long n) {
-    return std::min(n, std::min(a.length(), b.length()) + 1);
+// Loads the table where a unit needs it: memory may run out here, while the text is whole, and not later.
+void prepare(VynUCharTable& table, unsigned short const* units, unsigned long count) {
+    unsigned short all = 0; // as wide as a unit, so that compilers use vectors
+    for (unsigned long i = 0; i < count; ++i)
+        all = static_cast<unsigned short>(all | units[i]);
+    if (all > vyn::lastAscii)
+        table.load();
 }
 
 } // namespace
 
 void VynUString::toUpper(bool asciiOnly) {
-    if (asciiOnly ? mapUnits(m_oRep.m_pText, length(), asciiUpper) : mapUnits(m_oRep.m_pText, length(), upper))
+    unsigned short* const units = m_oRep.m_pText;
+    if (!asciiOnly)
+        prepare(VynUChar::m_gUpperCaseTable, units, length());
+    if (asciiOnly ? mapUnits<vyn::asciiUpper>(units, length()) : mapUnits<vyn::upper>(units, length()))
         freeSecText();
 }
 
 void VynUString::toLower(bool asciiOnly) {
-    if (asciiOnly ? mapUnits(m_oRep.m_pText, length(), asciiLower) : mapUnits(m_oRep.m_pText, length(), lower))
+    unsigned short* const units = m_oRep.m_pText;
+    if (!asciiOnly)
+        prepare(VynUChar::m_gLowerCaseTable, units, length());
+    if (asciiOnly ? mapUnits<vyn::asciiLower>(units, length()) : mapUnits<vyn::lower>(units, length()))
         freeSecText();
-}
-
-int VynUString::canonicalCompare(unsigned short const* a, unsigned short const* b, unsigned long n) const {
-    return comparePointers(a, b, n, exact);
-}
-
-int VynUString::canonicalCompareNoCase(unsigned short const* a, unsigned short const* b, unsigned long n) const {
-    return comparePointers(a, b, n, upper);
-}
-
-int VynUString::compare(VynUString const& other, unsigned long n) const {
-    if (m_pRep == other.m_pRep)
-        return 0;
-    return compareTexts(data(), other.data(), comparable(*this, other, n), exact);
-}
-
-int VynUString::compareNoCase(VynUString const& other, unsigned long n) const {
-    if (m_pRep == other.m_pRep)
-        return 0;
-    return compareTexts(data(), other.data(), comparable(*this, other, n), upper);
-}
-
-bool VynUString::operator<(VynUString const& other) const {
-    return compare(other, npos) < 0;
-}
-
-bool operator==(VynUString const& a, VynUString const& b) {
-    return a.compare(b, VynUString::npos) == 0;
-}
-
-bool operator!=(VynUString const& a, VynUString const& b) {
-    return !(a == b);
-}
-
-bool operator==(char const* a, VynUString const& b) {
-    return VynUString(a) == b;
-}
-
-bool operator!=(char const* a, VynUString const& b) {
-    return VynUString(a) != b;
-}
-
-bool operator<(char const* a, VynUString const& b) {
-    return VynUString(a).compare(b, VynUString::npos) < 0;
-}
-
-bool operator>(char const* a, VynUString const& b) {
-    return VynUString(a).compare(b, VynUString::npos) > 0;
-}
-
-bool operator<=(char const* a, VynUString const& b) {
-    return VynUString(a).compare(b, VynUString::npos) <= 0;
-}
-
-bool operator>=(char const* a, VynUString const& b) {
-    return VynUString(a).compare(b, VynUString::npos) >= 0;
-}
-
-bool operator==(unsigned short const* a, VynUString const& b) {
-    return VynUString(a) == b;
-}
-
-bool operator!=(unsigned short const* a, VynUString const& b) {
-    return VynUString(a) != b;
-}
-
-bool operator<(unsigned short const* a, VynUString const& b) {
-    return VynUString(a).compare(b, VynUString::npos) < 0;
-}
-
-bool operator>(unsigned short const* a, VynUString const& b) {
-    return VynUString(a).compare(b, VynUString::npos) > 0;
-}
-
-bool operator<=(unsigned short const* a, VynUString const& b) {
-    return VynUString(a).compare(b, VynUString::npos) <= 0;
-}
-
-bool operator>=(unsigned short const* a, VynUString const& b) {
-    return VynUString(a).compare(b, VynUString::npos) >= 0;
 }

@@ -4,10 +4,11 @@
 #include <vynulib/VynUChar.h>
 
 #include "base/PaddedBytes.h"
+#include "string/Draft.h"
 
 #include <algorithm>
 #include <cstring>
-#include <utility>
+#include <functional>
 
 namespace {
 
@@ -26,10 +27,42 @@ void moveUnits(unsigned short* to, unsigned short const* from, unsigned long cou
     std::memmove(to, from, count * sizeof(unsigned short));
 }
 
+// In a text, `removed` units at `start`, before `tail` more, give way to `inserted` units of `source`.
+struct Replacement {
+    unsigned long start, removed;
+    unsigned short const* source;
+    unsigned long inserted, tail;
+
+    void assemble(unsigned short* to, unsigned short const* text) const {
+        moveUnits(to, text, start);
+        moveUnits(to + start, source, inserted);
+        moveUnits(to + start + inserted, text + start + removed, tail);
+    }
+
+    void applyInPlace(unsigned short* text) const {
+        unsigned short* const gap = text + start;
+        unsigned short* const oldTail = gap + removed;
+        if (inserted <= removed) { // the gap has room for the source before the tail moves
+            moveUnits(gap, source, inserted);
+            moveUnits(gap + inserted, oldTail, tail);
+            return;
+        }
+        moveUnits(gap + inserted, oldTail, tail);
+        moveUnits(gap, source, inserted);
+        unsigned short const* const sourceEnd = source + inserted;
+        bool const withinText = !std::less<>()(source, text) && std::less<>()(source, oldTail + tail);
+        if (withinText && sourceEnd > oldTail) { // part of the source was tail, and has moved on
+            auto const fromTail = std::min(inserted, static_cast<unsigned long>(sourceEnd - oldTail));
+            moveUnits(gap + inserted - fromTail, sourceEnd - fromTail + (inserted - removed), fromTail);
+        }
+    }
+};
+
 } // namespace
 
 VynUString& VynUString::trim(TrimCmd cmd, TrimTarget target) {
-    unsigned short* const units = m_oRep.m_pText;
+    Draft draft(*this, length());
+    unsigned short* const units = draft.units();
     unsigned long begin = 0, end = length();
     if ((cmd & TRIM_LEADING) != 0)
         while (begin < end && isTrimmed(units[begin], target))
@@ -39,51 +72,39 @@ VynUString& VynUString::trim(TrimCmd cmd, TrimTarget target) {
             --end;
     if (begin > 0)
         moveUnits(units, units + begin, end - begin);
-    if (end - begin != length())
-        endTextAt(end - begin);
-    freeSecText();
+    draft.keep(end - begin);
     return *this;
 }
 
-/// Whether `n` units are to be filled up to: cuts, erases and refuses by itself. The room is made first, deliberately:
-/// where that takes a new array, nothing of the old text is left.
-bool VynUString::prepareResize(unsigned long n) {
-    if (n == length())
-        return false;
+/// Whether there are units to fill, up to `n`: cuts, erases and refuses by itself.
+bool VynUString::cutOrGrow(unsigned long n) {
     if (n == npos)
         length_error();
-    if (n == 0) {
-        erase();
-        return false;
-    }
-    AssureSpace(n);
-    freeSecText();
-    if (length() > n) {
-        endTextAt(n);
-        return false;
-    }
-    return true;
+    if (n < length())
+        Draft(*this, n).keep(n);
+    return n > length();
 }
 
 void VynUString::resize(unsigned long n, char c, VynCharSet cs) {
-    if (!prepareResize(n))
+    if (!cutOrGrow(n))
         return;
-    if (m_oRep.m_uHeap == 0 && n > m_uInlineWritten)
-        std::fill(m_aInline + m_uInlineWritten, m_aInline + n, static_cast<unsigned short>(0));
-    unsigned long const count = n - length();
-    vyn::PaddedBytes bytes(count);
-    std::memset(bytes.data(), c, count);
+    Draft draft(*this, n);
+    unsigned long const start = draft.isNewArray() ? 0 : length(); // deliberate: nothing of the old text in a new array
+    vyn::PaddedBytes bytes(n - start);
+    std::memset(bytes.data(), c, n - start);
+    draft.clearUnwritten();
     // Deliberate: however few units the bytes make, the length becomes `n`.
-    VynCharSetConverter::getConverter(cs)->toUTF16(m_oRep.m_pText + length(), bytes.data(), count, ILLCHAR_REPLACE,
+    VynCharSetConverter::getConverter(cs)->toUTF16(draft.units() + start, bytes.data(), n - start, ILLCHAR_REPLACE,
                                                    nullptr, -1);
-    endTextAt(n);
+    draft.keep(n);
 }
 
 void VynUString::resize(unsigned long n, unsigned short u) {
-    if (!prepareResize(n))
+    if (!cutOrGrow(n))
         return;
-    std::fill(m_oRep.m_pText + length(), m_oRep.m_pText + n, u);
-    endTextAt(n);
+    Draft draft(*this, n);
+    std::fill(draft.units() + (draft.isNewArray() ? 0 : length()), draft.units() + n, u);
+    draft.keep(n);
 }
 
 VynUString VynUString::left(unsigned long n) const {
@@ -95,7 +116,7 @@ VynUString VynUString::left(unsigned long n) const {
 VynUString VynUString::mid(unsigned long p, unsigned long n) const {
     if (n == npos)
         n = length() - p;
-    if (p + n > length()) // wraps, deliberately: to the end from behind the end is empty
+    if (p + n > length()) // wraps, deliberately: to the end from past the end is empty
         range_error();
     return VynUString(*this, p, n);
 }
@@ -109,47 +130,14 @@ VynUString& VynUString::replace(unsigned long p, unsigned long n, VynUString con
     unsigned long const kept = length() - removed;
     if (inserted > maxLength - kept)
         length_error();
-    if (kept + inserted == 0)
-        return erase();
-    if (kept + inserted > capacity())
-        replaceInNewArray(p, removed, s.data() + q, inserted);
+    Draft draft(*this, kept + inserted);
+    Replacement const replacement = {p, removed, s.data() + q, inserted, length() - p - removed};
+    if (draft.isNewArray())
+        replacement.assemble(draft.units(), data());
     else
-        replaceInPlace(p, removed, s, q, inserted);
-    freeSecText();
+        replacement.applyInPlace(draft.units());
+    draft.keep(kept + inserted);
     return *this;
-}
-
-void VynUString::replaceInNewArray(unsigned long p, unsigned long removed, unsigned short const* source,
-                                   unsigned long inserted) {
-    unsigned long const tail = length() - p - removed;
-    VynUString result;
-    result.makeRoom(p + inserted + tail);
-    unsigned short* const units = result.m_oRep.m_pText;
-    moveUnits(units, data(), p);
-    moveUnits(units + p, source, inserted);
-    moveUnits(units + p + inserted, data() + p + removed, tail);
-    result.endTextAt(p + inserted + tail);
-    *this = std::move(result);
-}
-
-void VynUString::replaceInPlace(unsigned long p, unsigned long removed, VynUString const& s, unsigned long q,
-                                unsigned long inserted) {
-    unsigned short* const gap = m_oRep.m_pText + p;
-    unsigned short const* const source = s.data() + q;
-    unsigned long const tail = length() - p - removed;
-    unsigned long const newLength = p + inserted + tail;
-    if (inserted <= removed) { // the gap has room for the source before the tail moves
-        moveUnits(gap, source, inserted);
-        moveUnits(gap + inserted, gap + removed, tail);
-    } else {
-        moveUnits(gap + inserted, gap + removed, tail);
-        moveUnits(gap, source, inserted);
-        if (&s == this && q + inserted > p + removed) { // part of the source was tail, and has moved on
-            unsigned long const fromTail = std::min(inserted, q + inserted - (p + removed));
-            moveUnits(gap + inserted - fromTail, source + inserted - fromTail + (inserted - removed), fromTail);
-        }
-    }
-    endTextAt(newLength);
 }
 
 VynUString& VynUString::replace(unsigned short const* f, unsigned short const* l, VynUString const& s) {
@@ -157,7 +145,7 @@ VynUString& VynUString::replace(unsigned short const* f, unsigned short const* l
     unsigned short const* const end = begin + length();
     if (f < begin || f > end || l < begin || l > end)
         range_error();
-    // Deliberate: with `f` behind `l` the count wraps, and everything from `f` on goes.
+    // Deliberate: with `f` after `l` the count wraps, and everything from `f` on goes.
     return replace(static_cast<unsigned long>(f - begin), static_cast<unsigned long>(l - f), s, 0, s.length());
 }
 
@@ -189,10 +177,10 @@ VynUString VynUString::operator+(VynUString const& s) const {
     if (s.length() > maxLength - length())
         length_error();
     VynUString result;
-    result.makeRoom(length() + s.length());
-    moveUnits(result.m_oRep.m_pText, data(), length());
-    moveUnits(result.m_oRep.m_pText + length(), s.data(), s.length());
-    result.endTextAt(length() + s.length());
+    Draft draft(result, length() + s.length());
+    moveUnits(draft.units(), data(), length());
+    moveUnits(draft.units() + length(), s.data(), s.length());
+    draft.keep(length() + s.length());
     return result;
 }
 

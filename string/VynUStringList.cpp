@@ -1,6 +1,12 @@
 #include <vynulib/VynUStringList.h>
 
+#include <iterator>
 #include <stdexcept>
+#include <type_traits>
+#include <utility>
+
+// A sequence that grows or opens a gap moves its strings: it can't fail once it has the memory.
+static_assert(std::is_nothrow_move_constructible_v<VynUString> && std::is_nothrow_move_assignable_v<VynUString>);
 
 namespace {
 
@@ -28,7 +34,7 @@ std::vector<VynUString> fieldsOf(VynUString const& text, Separator const& separa
         fields.emplace_back(text, start, fieldEnd - start);
         start = fieldEnd + separatorUnits;
     }
-    if (start < text.length()) // deliberate: no empty field behind the last separator
+    if (start < text.length()) // deliberate: no empty field after the last separator
         fields.emplace_back(text, start);
     return fields;
 }
@@ -38,6 +44,8 @@ std::vector<VynUString> fieldsOf(VynUString const& text, Separator const& separa
 VynUStringList::VynUStringList() noexcept = default;
 
 VynUStringList::VynUStringList(VynUStringList const& other) = default;
+
+VynUStringList::VynUStringList(VynUStringList&& other) noexcept = default;
 
 VynUStringList::VynUStringList(VynUString const& text) : m_oStrings(1, text) {}
 
@@ -50,15 +58,17 @@ VynUStringList::VynUStringList(VynUString const& text, VynUString const& separat
 
 VynUStringList::~VynUStringList() = default;
 
-// A fresh sequence, not the old elements assigned: that would abandon their heap arrays.
 VynUStringList& VynUStringList::operator=(VynUStringList const& other) {
-    std::vector<VynUString>(other.m_oStrings).swap(m_oStrings);
+    return *this = VynUStringList(other);
+}
+
+VynUStringList& VynUStringList::operator=(VynUStringList&& other) noexcept {
+    VynUStringList(std::move(other)).m_oStrings.swap(m_oStrings);
     return *this;
 }
 
 VynUStringList& VynUStringList::operator=(VynUString const& text) {
-    std::vector<VynUString>(1, text).swap(m_oStrings);
-    return *this;
+    return *this = VynUStringList(text);
 }
 
 void VynUStringList::clear() noexcept {
@@ -74,9 +84,7 @@ VynUString const& VynUStringList::at(unsigned long index) const {
 VynUStringList& VynUStringList::erase(unsigned long index) {
     if (index >= size())
         range_error();
-    for (unsigned long next = index + 1; next < size(); ++next)
-        m_oStrings[next - 1].assign(m_oStrings[next]);
-    m_oStrings.pop_back();
+    m_oStrings.erase(m_oStrings.begin() + static_cast<std::ptrdiff_t>(index));
     return *this;
 }
 
@@ -87,18 +95,15 @@ VynUStringList& VynUStringList::append(VynUString const& text) {
 }
 
 VynUStringList& VynUStringList::append(VynUStringList const& other) {
-    if (&other == this)
-        return *this;
-    requireRoomFor(other.size());
-    m_oStrings.insert(m_oStrings.end(), other.m_oStrings.begin(), other.m_oStrings.end());
-    return *this;
+    return insert(size(), other);
 }
 
+// Copies are made before anything moves, so that a list is whole where memory runs out.
 VynUStringList& VynUStringList::insert(unsigned long index, VynUString const& text) {
     requireRoomFor(1);
     if (index > size())
         range_error();
-    m_oStrings.insert(m_oStrings.begin() + static_cast<std::ptrdiff_t>(index), text);
+    m_oStrings.insert(m_oStrings.begin() + static_cast<std::ptrdiff_t>(index), VynUString(text));
     return *this;
 }
 
@@ -108,8 +113,9 @@ VynUStringList& VynUStringList::insert(unsigned long index, VynUStringList const
     requireRoomFor(other.size());
     if (index > size())
         range_error();
-    m_oStrings.insert(m_oStrings.begin() + static_cast<std::ptrdiff_t>(index), other.m_oStrings.begin(),
-                      other.m_oStrings.end());
+    std::vector<VynUString> copies(other.m_oStrings);
+    m_oStrings.insert(m_oStrings.begin() + static_cast<std::ptrdiff_t>(index), std::make_move_iterator(copies.begin()),
+                      std::make_move_iterator(copies.end()));
     return *this;
 }
 
@@ -134,16 +140,4 @@ VynUString VynUStringList::combine(VynUString const& separator) const {
 void VynUStringList::requireRoomFor(unsigned long count) const {
     if (max_size() - size() < count)
         length_error();
-}
-
-VynUStringList VynUString::split(unsigned short separator) const {
-    return VynUStringList(*this, separator);
-}
-
-VynUStringList VynUString::split(VynUString const& separator) const {
-    return VynUStringList(*this, separator);
-}
-
-VynUStringList VynUString::split(char separator, VynCharSet cs) const {
-    return VynUStringList(*this, VynUString(separator, cs));
 }

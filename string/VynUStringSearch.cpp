@@ -8,7 +8,7 @@ static_assert(vyn::notFound == VynUString::npos);
 
 namespace {
 
-// How much of `s` an occurrence is compared with: the comparison starts behind the first unit, which may be zero, and
+// How much of `s` an occurrence is compared with: the comparison starts after the first unit, which may be zero, and
 // ends with the first zero unit from there on.
 unsigned long comparedLength(VynUString const& s) {
     unsigned long const zero = vyn::findUnit(s.data() + 1, s.length() - 1, 0);

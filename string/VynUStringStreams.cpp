@@ -81,16 +81,18 @@ void gatherLine(ByteSource& source, unsigned long limit, char delimiter, std::st
 }
 
 void assignBytes(VynUString& text, std::string& bytes) {
-    constexpr std::size_t padding = 8; // a terminator of four bytes behind a character that is cut short
+    constexpr std::size_t padding = 8; // a terminator of four bytes after a character that is cut short
     std::size_t const length = bytes.size();
     bytes.append(padding, '\0');
-    text.assign(VynUString(bytes.data(), length, VYNCS_OS_DEFAULT));
+    text = VynUString(bytes.data(), length, VYNCS_OS_DEFAULT);
 }
 
 // Reads what `gather(source, limit, bytes)` takes from the stream, `limit` being the most bytes to store. The state
 // that the stream is in before does not count, and a failure of its buffer discards what was gathered.
 template <class Gather>
 std::istream& readText(std::istream& in, VynUString& text, Gather gather) {
+    if (in.tie() != nullptr)
+        in.tie()->flush();
     text.erase();
     unsigned long const unlimited = std::numeric_limits<unsigned long>::max() - 1;
     unsigned long const limit = in.width() < 1 ? unlimited : static_cast<unsigned long>(in.width()) - 1;

@@ -7,9 +7,10 @@
 /// An ordered list of strings, which it owns by value, with indices from 0.
 ///
 /// An index that is too large throws `std::out_of_range` "invalid string list index given", a list that would grow
-/// beyond `max_size()` `std::length_error` "exceed maximum string list length", both before anything is changed; where
-/// memory runs out, `std::bad_alloc` is thrown. An argument may be an element of the list itself. References and
-/// iterators end with the next change of the list. One list must not be used from two threads at once.
+/// beyond `max_size()` `std::length_error` "exceed maximum string list length", both before anything is changed. Memory
+/// that runs out throws `std::bad_alloc` and leaves the list as it was. An argument may be an element of the list
+/// itself. References and iterators end with the next change of the list. One list must not be used from two threads at
+/// once, unless both only call const members.
 class VYNULIB_API VynUStringList {
 public:
     using iterator = std::vector<VynUString>::iterator;
@@ -19,18 +20,21 @@ public:
 
     VynUStringList() noexcept;
     VynUStringList(VynUStringList const& other);
+    VynUStringList(VynUStringList&& other) noexcept; ///< Leaves `other` empty.
     /// One element, a copy of `text`, even if that is empty.
     VynUStringList(VynUString const& text);
     /// @{
     /// The fields of `text`, split at each occurrence of the separator. Each separator ends a field: ",a,,b," gives "",
-    /// "a", "", "b"; behind the last separator there is a field only if it is not empty, and an empty text has none.
-    /// Occurrences do not overlap. Without a separator (0 or empty), the whole text is the one element.
+    /// "a", "", "b"; after the last separator there is a field only if it is not empty, and an empty text has none.
+    /// Occurrences do not overlap. Without a separator (0 or empty), the whole text is the one element. Here a
+    /// `char` is a unit.
     VynUStringList(VynUString const& text, unsigned short separator);
     VynUStringList(VynUString const& text, VynUString const& separator);
     /// @}
     virtual ~VynUStringList();
 
     VynUStringList& operator=(VynUStringList const& other);
+    VynUStringList& operator=(VynUStringList&& other) noexcept; ///< Leaves `other` empty.
     /// Makes a copy of `text` the only element.
     VynUStringList& operator=(VynUString const& text);
 
@@ -44,8 +48,7 @@ public:
     /// The element at `index`, which must be below `size()`.
     VynUString const& at(unsigned long index) const;
 
-    /// Removes the element at `index`, which must be below `size()`. Each element behind it moves down with
-    /// `VynUString::assign`, and so lets go of the heap array of the one that it replaces without releasing it.
+    /// Removes the element at `index`, which must be below `size()`. Those after it move down.
     VynUStringList& erase(unsigned long index);
 
     /// Adds a copy of `text` at the end.
@@ -77,3 +80,8 @@ private:
 
     std::vector<VynUString> m_oStrings;
 };
+
+template <class Unit, vyn::IfUnit<Unit>>
+VynUStringList VynUString::split(Unit separator) const {
+    return split(static_cast<unsigned short>(separator));
+}

@@ -1,26 +1,28 @@
 #pragma once
 
+#include "tests/support/FailingAllocation.h"
+
 #include <vynulib/VynUString.h>
 
+#include <new>
 #include <stdexcept>
 #include <string>
-#include <vector>
+#include <string_view>
 
 /// A string of exactly these units, zero units included, in a capacity that just fits.
-inline VynUString makeString(std::u16string const& text) {
-    std::vector<unsigned short> const units(text.begin(), text.end());
-    return VynUString(units.data(), units.data() + units.size());
+inline VynUString makeString(std::u16string_view text) {
+    return text;
 }
 
 /// All units of a string.
 inline std::u16string textOf(VynUString const& string) {
-    return std::u16string(string.data(), string.data() + string.length());
+    return std::u16string(string.view());
 }
 
 /// Of the leak checker, where there is one.
 extern "C" void __lsan_ignore_object(void const* object) __attribute__((weak));
 
-/// Tells the leak checker that the string is about to be assigned to, which lets go of its heap array on purpose.
+/// Tells the leak checker that `assign` is about to be called, which lets go of the string's heap array on purpose.
 inline void expectAbandoned(VynUString const& string) {
     if (__lsan_ignore_object && string.capacity() > VynUString().capacity())
         __lsan_ignore_object(string.data());
@@ -37,4 +39,21 @@ std::string outcomeOf(Action action) {
         return std::string("length_error: ") + e.what();
     }
     return "done";
+}
+
+/// Runs `action` with no allocation to spend, with one, with two and so on until it has enough, and `check` after each
+/// failure.
+template <class Action, class Check>
+void exhaustMemory(Action action, Check check) {
+    for (unsigned allocations = 0;; ++allocations) {
+        allocationsLeft = allocations;
+        try {
+            action();
+            allocationsLeft = unlimitedAllocations;
+            return;
+        } catch (std::bad_alloc const&) {
+            allocationsLeft = unlimitedAllocations;
+            check();
+        }
+    }
 }

@@ -21,6 +21,7 @@ TEST(VynUStringConversion, RendersInTheSetThatIsAskedFor) {
                       {u"ab\0cd"s, VYNCS_UTF8, "ab"},        {u"\xD83D\xDE00z", VYNCS_UTF8, "\xF0\x9F\x98\x80z"},
                       {u"\x3042", VYNCS_ISO_8859_1, "?"},    {u"", VYNCS_UTF32, ""}};
     for (auto const& [text, set, bytes] : rows) {
+        SCOPED_TRACE(testing::PrintToString(text) + " in " + VynCharSetToString(set));
         VynUString string = makeString(text);
         EXPECT_EQ(string.length(set), bytes.size());
         std::string const terminated = bytes + std::string(GetNullCharSize(set), '\0');
@@ -30,40 +31,62 @@ TEST(VynUStringConversion, RendersInTheSetThatIsAskedFor) {
 }
 
 TEST(VynUStringConversion, CopiesOfLimitedSizeHoldWholeCharacters) {
-    VynUString const string = makeString(u"\x3042\x3044\x3046"), none;
+    VynUString const string = makeString(u"\x3042\x3044\x3046");
     char bytes[] = "#########";
     EXPECT_EQ(string.copy(bytes, 8, VYNCS_UTF8), 6u);
     EXPECT_EQ(std::string(bytes, 8), "\xE3\x81\x82\xE3\x81\x84\0#"s);
-    unsigned short units[] = {9, 9, 9, 9};
-    EXPECT_TRUE(string.copy(units, 2) == 2 && units[1] == 0x3044 && units[2] == 9); // no terminator
-    EXPECT_EQ(string.copy(units, 4), 3u);
-    EXPECT_EQ(string.copy(bytes, 0) + string.copy(units, 0) + none.copy(bytes, 9) + none.copy(units, 9), 0u);
-    EXPECT_EQ(string.copy(static_cast<char*>(nullptr), 4) + string.copy(static_cast<unsigned short*>(nullptr), 4), 0u);
-    EXPECT_EQ(string.copy(static_cast<VynPascalString*>(nullptr)) + string.copy(static_cast<VynBSTR*>(nullptr)), 0u);
+    std::u16string units = u"####";
+    EXPECT_EQ(string.copy(units.data(), 2), 2u);
+    EXPECT_EQ(units, u"\x3042\x3044##"); // no terminator
+    EXPECT_EQ(string.copy(units.data(), 4), 3u);
     VynPascalString pascal = {};
-    EXPECT_EQ(VynUString(units[1], 300).copy(&pascal, VYNCS_SHIFTJIS), 254u);
-    EXPECT_TRUE(pascal.length == 254 && pascal.text[253] == '\xA2' && pascal.text[254] == 0);
-    EXPECT_EQ(none.copy(&pascal) + pascal.length, 0u);
+    EXPECT_EQ(VynUString(u'\x3044', 300).copy(&pascal, VYNCS_SHIFTJIS), 254u);
+    EXPECT_EQ(pascal.length, 254u);
+    EXPECT_EQ(std::string(pascal.text + 252, 3), "\x82\xA2\0"s);
+}
+
+TEST(VynUStringConversion, NothingIsCopiedFromNothingOrToNowhere) {
+    VynUString const string("abc"), none;
+    char bytes[] = "#";
+    unsigned short unit = '#';
+    VynPascalString pascal = {9, "#"};
+    for (unsigned long const room : {0ul, 9ul}) {
+        VynUString const& source = room == 0 ? string : none;
+        EXPECT_EQ(source.copy(bytes, room), 0u);
+        EXPECT_EQ(source.copy(&unit, room), 0u);
+    }
+    EXPECT_EQ(none.copy(&pascal), 0u);
+    EXPECT_EQ(string.copy(static_cast<char*>(nullptr), 4), 0u);
+    EXPECT_EQ(string.copy(static_cast<unsigned short*>(nullptr), 4), 0u);
+    EXPECT_EQ(string.copy(static_cast<VynPascalString*>(nullptr)), 0u);
+    EXPECT_EQ(string.copy(static_cast<VynBSTR*>(nullptr)), 0u);
+    EXPECT_STREQ(bytes, "#");
+    EXPECT_EQ(unit, '#');
+    EXPECT_EQ(pascal.length, 0u);
 }
 
 TEST(VynUStringConversion, CopiesToBstrAreCutToItsLengthUnitFirst) {
     unsigned long const rows[][3] = {{5, 3, 3},     {5, VynUString::npos, 5}, {5, 0, 0},          {65535, 65535, 65535},
                                      {65536, 9, 0}, {70000, 100000, 4464},    {70000, 4000, 4000}};
     for (auto const& [length, max, copied] : rows) {
+        SCOPED_TRACE(testing::Message() << length << " units, at most " << max);
         // A buffer of exactly the units that may be written.
         auto const buffer = std::make_unique<unsigned short[]>(copied + 1);
-        auto* const bstr = reinterpret_cast<VynBSTR*>(buffer.get());
-        EXPECT_EQ(VynUString(static_cast<unsigned short>('b'), length).copy(bstr, max), copied);
-        EXPECT_TRUE(buffer[0] == copied && (copied == 0 || buffer[copied] == 'b'));
+        EXPECT_EQ(VynUString(u'b', length).copy(reinterpret_cast<VynBSTR*>(buffer.get()), max), copied);
+        EXPECT_EQ(buffer[0], copied);
+        EXPECT_EQ(buffer[copied], copied == 0 ? 0 : 'b');
     }
 }
 
 TEST(VynUStringConversion, AccessIsChecked) {
     VynUString string = makeString(u"\xD83D\xDE00z"), erased("a"), zero = makeString(u"\0a"s);
     VynUString const& constant = string;
-    EXPECT_TRUE(string.numChars() == 2 && VynUString().numChars() == 0);
-    EXPECT_TRUE(string.at(2) == u'z' && &string.at(1) == &constant.at(1));
-    EXPECT_TRUE(string.at_utf32(0) == 0x1F600 && string.at_utf32(1) == u'z');
+    EXPECT_EQ(VynUString().numChars(), 0u);
+    EXPECT_EQ(string.numChars(), 2u);
+    EXPECT_EQ(string.at(2), u'z');
+    EXPECT_EQ(&string.at(1), &constant.at(1));
+    EXPECT_EQ(string.at_utf32(0), 0x1F600u);
+    EXPECT_EQ(string.at_utf32(1), 'z');
     EXPECT_EQ(string.numChars(), 2u); // of the cached bytes
     std::function<void()> const beyond[] = {
         [&] { string.at(3); },       [&] { constant.at(3); },
@@ -86,8 +109,9 @@ bool dropsRendering(Change change) {
 TEST(VynUStringConversion, ChangesButOneDropTheRenderingEvenWithoutEffect) {
     EXPECT_FALSE(dropsRendering([](VynUString& s) { s = 'x'; }));
     EXPECT_FALSE(dropsRendering([](VynUString& s) { s.resize(3, 'x'); }));
-    EXPECT_FALSE(dropsRendering([](VynUString& s) { s.assign(s).swap(s); }));
+    EXPECT_FALSE(dropsRendering([](VynUString& s) { s.assign(s).swap(s) = *&s; }));
     EXPECT_FALSE(dropsRendering([](VynUString& s) { outcomeOf([&] { s.replace(9, 0, s, 0); }); }));
+    EXPECT_TRUE(dropsRendering([](VynUString& s) { s = static_cast<VynUString const&>(VynUString(s)); }));
     EXPECT_TRUE(dropsRendering([](VynUString& s) { s.toLower(false); }));
     EXPECT_TRUE(dropsRendering([](VynUString& s) { s.at(0) = 'q', s.toUpper(true); }));
     EXPECT_TRUE(dropsRendering([](VynUString& s) { s.trim(VynUString::TRIM_BOTH, VynUString::TRIM_SPACE); }));

@@ -141,9 +141,12 @@ private:
 
     void assign() {
         unsigned long const from = below(modelB().text.size() + 1);
-        if (oneIn(2)) {
+        if (oneIn(3)) {
             modelA().set(upToZero(modelB().text.substr(from)));
             a() = b().data() + from;
+        } else if (oneIn(2)) {
+            modelA().set(Text(modelB().text));
+            a() = b();
         } else if (m_a != m_b) {
             expectAbandoned(a());
             a().assign(b());

@@ -31,37 +31,54 @@ TEST(VynUStringSearch, CaseMapsEveryUnitByItself) {
         }
 }
 
-template <class Pointer>
-void expectOrder(Pointer left, VynUString const& right, int order) {
-    EXPECT_TRUE((left == right) == (order == 0) && (left != right) == (order != 0));
-    EXPECT_TRUE((left < right) == (order < 0) && (left >= right) == (order >= 0));
-    EXPECT_TRUE((left > right) == (order > 0) && (left <= right) == (order <= 0));
+template <class Left>
+void expectOrder(Left left, VynUString const& right, int order) {
+    EXPECT_EQ(left == right, order == 0);
+    EXPECT_EQ(left != right, order != 0);
+    EXPECT_EQ(left < right, order < 0);
+    EXPECT_EQ(left >= right, order >= 0);
+    EXPECT_EQ(left > right, order > 0);
+    EXPECT_EQ(left <= right, order <= 0);
 }
 
 TEST(VynUStringSearch, OrderIsThatOfUnits) {
     struct {
+        char const* name;
         Text a, b;
         int exact, noCase;
         unsigned long n = npos;
-    } const rows[] = {{u"abc", u"abd", -1, -1},       {u"abc", u"abd", 0, 0, 2},    {u"abc", u"xyz", 0, 0, 0},
-                      {u"ab", u"abc", -1, -1},        {u"ABC", u"abc", -1, 0},      {u"a", u"_", 1, -1},
-                      {u"\xDE00", u"\xE000", -1, -1}, {u"ab\0x"s, u"ab\0y"s, 0, 0}, {u"\xFF", u"\x178", -1, 0}};
+    } const rows[] = {{"less", u"abc", u"abd", -1, -1},
+                      {"equal up to 2", u"abc", u"abd", 0, 0, 2},
+                      {"equal up to 0", u"abc", u"xyz", 0, 0, 0},
+                      {"shorter", u"ab", u"abc", -1, -1},
+                      {"case", u"ABC", u"abc", -1, 0},
+                      {"letter and underscore", u"a", u"_", 1, -1},
+                      {"surrogate", u"\xDE00", u"\xE000", -1, -1},
+                      {"after a zero unit", u"ab\0x"s, u"ab\0y"s, 0, 0},
+                      {"case outside ASCII", u"\xFF", u"\x178", -1, 0}};
     for (auto const& row : rows) {
-        SCOPED_TRACE(&row - rows);
+        SCOPED_TRACE(row.name);
         VynUString const a = makeString(row.a), b = makeString(row.b);
-        EXPECT_TRUE(a.compare(b, row.n) == row.exact && b.compare(a, row.n) == -row.exact);
-        EXPECT_TRUE(a.compareNoCase(b, row.n) == row.noCase && b.compareNoCase(a, row.n) == -row.noCase);
+        EXPECT_EQ(a.compare(b, row.n), row.exact);
+        EXPECT_EQ(b.compare(a, row.n), -row.exact);
+        EXPECT_EQ(a.compareNoCase(b, row.n), row.noCase);
+        EXPECT_EQ(b.compareNoCase(a, row.n), -row.noCase);
         EXPECT_EQ(a.canonicalCompare(a.data(), b.data(), row.n), row.exact);
         EXPECT_EQ(a.canonicalCompareNoCase(a.data(), b.data(), row.n), row.noCase);
         std::string const bytes(row.a.begin(), row.a.end()); // of the default set, whatever it is
         expectOrder(bytes.c_str(), b, VynUString(bytes.c_str()).compare(b));
         expectOrder(a.data(), b, a.compare(b));
-        EXPECT_TRUE((a == b) == (a.compare(b) == 0) && (a != b) == !(a == b) && (a < b) == (a.compare(b) < 0));
+        expectOrder(row.a.c_str(), b, a.compare(b));
+        expectOrder(a.view(), b, a.compare(b));
+        expectOrder<VynUString const&>(a, b, a.compare(b));
     }
     VynUString const a("a"), none;
     expectOrder(static_cast<unsigned short const*>(nullptr), a, -1);
-    EXPECT_TRUE(a.canonicalCompare(nullptr, none.data()) == -1 && a.canonicalCompareNoCase(none.data(), nullptr) == 1);
-    EXPECT_TRUE(a.canonicalCompare(nullptr, nullptr) == 0 && a.canonicalCompare(nullptr, a.data(), 0) == 0);
+    expectOrder(static_cast<char16_t const*>(nullptr), a, -1);
+    EXPECT_EQ(a.canonicalCompare(nullptr, none.data()), -1);
+    EXPECT_EQ(a.canonicalCompareNoCase(none.data(), nullptr), 1);
+    EXPECT_EQ(a.canonicalCompare(nullptr, nullptr), 0);
+    EXPECT_EQ(a.canonicalCompare(nullptr, a.data(), 0), 0);
 }
 
 // The strings skip equal stretches, the comparison of pointers walks: both see a difference, or an end, wherever it is.
@@ -72,14 +89,17 @@ TEST(VynUStringSearch, ComparisonsSeeEveryPosition) {
                 Text text(length, u'y');
                 VynUString const a = makeString(text);
                 text[i] = unit;
-                VynUString const b = makeString(text), one = makeString({unit});
+                VynUString const b = makeString(text), one = makeString(Text(1, unit));
                 for (unsigned long const n : {npos, i, i + 1}) {
                     ASSERT_EQ(a.compare(b, n), a.canonicalCompare(a.data(), b.data(), n)) << i << ' ' << length;
                     ASSERT_EQ(a.compareNoCase(b, n), a.canonicalCompareNoCase(a.data(), b.data(), n));
                 }
                 ASSERT_EQ(a.compare(b), unit > u'y' ? -1 : 1);
-                ASSERT_TRUE(b.find(one) == i && b.rfind(one) == i && b.find(unit, i + 1) == npos);
-                ASSERT_TRUE(unit == 0 || (b.find(unit, 0) == i && b.rfind(unit, length - 1) == i));
+                ASSERT_EQ(b.find(one), i);
+                ASSERT_EQ(b.rfind(one), i);
+                ASSERT_EQ(b.find(unit), unit == 0 ? npos : i);
+                ASSERT_EQ(b.find(unit, i + 1), npos);
+                ASSERT_EQ(b.rfind(unit, length - 1), unit == 0 ? length - 1 : i);
             }
 }
 
@@ -114,21 +134,33 @@ TEST(VynUStringSearch, FindsWhatALiteralSearchFinds) {
 
 TEST(VynUStringSearch, ShortcutsAreKept) {
     VynUString const hello("hello"), ell("ell"), none;
-    EXPECT_TRUE(hello.rfind(u'l', 10) == 4 && hello.rfind(u'\0', 2) == 4 && hello.rfind(u'z', 3) == npos);
-    EXPECT_TRUE(hello.find(hello) == 0 && hello.find(hello, 1) == npos && hello.rfind(hello, 3) == 0);
-    EXPECT_TRUE(ell.find(hello) == npos && ell.rfind(hello) == npos && ell.find(u'e', 3) == npos);
-    EXPECT_TRUE(hello.find(none) == npos && hello.rfind(none) == npos && none.rfind(u'h', 0) == npos);
-    EXPECT_TRUE(none.find(none) == npos && none.rfind(none) == npos && hello.find(u'\0') == npos);
+    EXPECT_EQ(hello.rfind(u'l', 10), 4u);
+    EXPECT_EQ(hello.rfind(u'\0', 2), 4u);
+    EXPECT_EQ(hello.rfind(u'z', 3), npos);
+    EXPECT_EQ(none.rfind(u'h', 0), npos);
+    EXPECT_EQ(hello.find(u'\0'), npos);
+    EXPECT_EQ(ell.find(u'e', 3), npos);
+    EXPECT_EQ(hello.find(hello), 0u);
+    EXPECT_EQ(hello.find(hello, 1), npos);
+    EXPECT_EQ(hello.rfind(hello, 3), 0u);
+    EXPECT_EQ(ell.find(hello), npos);
+    EXPECT_EQ(ell.rfind(hello), npos);
+    EXPECT_EQ(hello.find(none), npos);
+    EXPECT_EQ(hello.rfind(none), npos);
+    EXPECT_EQ(none.find(none), npos);
+    EXPECT_EQ(none.rfind(none), npos);
 }
 
 // A search that starts again at every unit would take hours.
 TEST(VynUStringSearch, HostilePatternsTakeLinearTime) {
-    VynUString const text(static_cast<unsigned short>('a'), 2'000'000);
+    VynUString const text(u'a', 2'000'000);
     Text const as(500'000, u'a');
     for (Text const& pattern : {as + u"ba", as + u"b" + as, u"ab" + as, as + u"bab" + as}) {
         VynUString const sought = makeString(pattern), planted = text + sought + text;
-        EXPECT_TRUE(text.find(sought) == npos && text.rfind(sought) == npos);
-        EXPECT_TRUE(planted.find(sought) == text.length() && planted.rfind(sought) == text.length());
+        EXPECT_EQ(text.find(sought), npos);
+        EXPECT_EQ(text.rfind(sought), npos);
+        EXPECT_EQ(planted.find(sought), text.length());
+        EXPECT_EQ(planted.rfind(sought), text.length());
     }
 }
 
