@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::string_literals;
 
-constexpr std::size_t chunkBytes = 256 * 1024; // what the command reads at a time
+constexpr std::size_t chunkBytes = 256UL * 1024; // what the command reads at a time
 
 struct Outcome {
     int code;
