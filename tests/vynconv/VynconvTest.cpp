@@ -52,7 +52,7 @@ protected:
         for (char const* name : {"in", "out", "err"})
             fs::remove(dir / name); // truncating a file just written can make the file system wait for the disk
         writeFile(dir / "in", input);
-        std::string const command = "cd " + (dir / "work").string() + " && exec " VYNCONV_PATH " " + line +
+        std::string const command = "cd " + (dir / "work").string() + " && exec " VYNCONV_COMMAND " " + line +
                                     " <../in >../out 2>../err " + closing;
         int const status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(dir / "out"), readFile(dir / "err")};
