@@ -48,17 +48,24 @@ Progress decodePiece(Codec const& codec, std::string_view source, char16_t* dst,
     return rest == 0 || !last ? progress(Status::done, 0) : progress(Status::unconvertible, rest);
 }
 
+/// A unit that the codec does not simply map: zero, a surrogate without its other half, or one that the set lacks.
+template <EncodesPieces Codec>
+Encoded encodeOddly(Codec const& codec, Bounded<unsigned short> text) {
+    if (text[0] == 0)
+        return mappedCode(0, 1, 1);
+    if (!isSurrogate(text[0]))
+        return codec.encodeOne(text);
+    if (isHighSurrogate(text[0]) && text.has(1) && isLowSurrogate(text[1]))
+        return unmappedUnits(2);
+    return unmappedUnits(1, isHighSurrogate(text[0]) && !text.has(1));
+}
+
 /// What the codec says of the character at the start of `text`. A surrogate is one only with its other half.
 template <EncodesPieces Codec>
 Encoded encodeStrictly(Codec const& codec, Bounded<unsigned short> text) {
-    if (text[0] == 0)
-        return mappedCode(0, 1, 1);
-    if (EncodesSurrogates<Codec> || !isSurrogate(text[0]))
-        return codec.encodeOne(text);
-    if (!isHighSurrogate(text[0]) || !text.has(1) || !isLowSurrogate(text[1]))
-        return unmappedUnits(1, isHighSurrogate(text[0]) && !text.has(1));
     Encoded const found = codec.encodeOne(text);
-    return found.units == 2 ? found : unmappedUnits(2);
+    bool const whole = EncodesSurrogates<Codec> || found.units == 2 || !isSurrogate(text[0]);
+    return found.mapped && whole ? found : encodeOddly(codec, text);
 }
 
 /// `vynulib::encode` of a piece.
