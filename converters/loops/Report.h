@@ -21,10 +21,8 @@ Progress decodePiece(Codec const& codec, std::string_view source, char16_t* dst,
     auto const* const end = start + source.size() / sizeof(Element);
     auto* const begin = reinterpret_cast<unsigned short*>(dst);
     DecodeCursor<Element> at{start, begin, room};
-    auto const progress = [&](Status status, std::size_t length) {
-        auto const read = static_cast<std::size_t>(at.src - start) * sizeof(Element);
-        return Progress{status, read, static_cast<std::size_t>(at.dst - begin), length};
-    };
+    Status status = Status::done;
+    std::size_t lost = 0; // bytes
     for (unsigned untilBulk = 0; at.src != end; --untilBulk) {
         auto const left = static_cast<std::size_t>(end - at.src);
         if (untilBulk == 0) {
@@ -35,37 +33,40 @@ Progress decodePiece(Codec const& codec, std::string_view source, char16_t* dst,
         }
         Decoded const found = *at.src == 0 ? mappedUnit(0, 1) : codec.decodeOne(Bounded{at.src, left});
         if (found.cutShort && !last)
-            return progress(Status::done, 0);
-        if (!found.mapped)
-            return progress(Status::unconvertible, found.elements * sizeof(Element));
-        if (found.units > at.room)
-            return progress(Status::roomFull, 0);
+            break;
+        if (!found.mapped) {
+            status = Status::unconvertible;
+            lost = found.elements * sizeof(Element);
+            break;
+        }
+        if (found.units > at.room) {
+            status = Status::roomFull;
+            break;
+        }
         at.dst = writeUnits(at.dst, found);
         at.room -= found.units;
         at.src += found.elements;
     }
     std::size_t const rest = source.size() % sizeof(Element);
-    return rest == 0 || !last ? progress(Status::done, 0) : progress(Status::unconvertible, rest);
-}
-
-/// A unit that the codec does not simply map: zero, a surrogate without its other half, or one that the set lacks.
-template <EncodesPieces Codec>
-Encoded encodeOddly(Codec const& codec, Bounded<unsigned short> text) {
-    if (text[0] == 0)
-        return mappedCode(0, 1, 1);
-    if (!isSurrogate(text[0]))
-        return codec.encodeOne(text);
-    if (isHighSurrogate(text[0]) && text.has(1) && isLowSurrogate(text[1]))
-        return unmappedUnits(2);
-    return unmappedUnits(1, isHighSurrogate(text[0]) && !text.has(1));
+    if (at.src == end && rest != 0 && last) {
+        status = Status::unconvertible;
+        lost = rest;
+    }
+    auto const read = static_cast<std::size_t>(at.src - start) * sizeof(Element);
+    return {status, read, static_cast<std::size_t>(at.dst - begin), lost};
 }
 
 /// What the codec says of the character at the start of `text`. A surrogate is one only with its other half.
 template <EncodesPieces Codec>
 Encoded encodeStrictly(Codec const& codec, Bounded<unsigned short> text) {
+    if (text[0] == 0)
+        return mappedCode(0, 1, 1);
+    if (EncodesSurrogates<Codec> || !isSurrogate(text[0]))
+        return codec.encodeOne(text);
+    if (!isHighSurrogate(text[0]) || !text.has(1) || !isLowSurrogate(text[1]))
+        return unmappedUnits(1, isHighSurrogate(text[0]) && !text.has(1));
     Encoded const found = codec.encodeOne(text);
-    bool const whole = EncodesSurrogates<Codec> || found.units == 2 || !isSurrogate(text[0]);
-    return found.mapped && whole ? found : encodeOddly(codec, text);
+    return found.units == 2 ? found : unmappedUnits(2);
 }
 
 /// `vynulib::encode` of a piece.
@@ -76,10 +77,8 @@ Progress encodePiece(Codec const& codec, std::u16string_view source, char* dst, 
     auto const* const end = start + source.size();
     auto* const begin = reinterpret_cast<Element*>(dst);
     EncodeCursor<Element> at{start, begin, room / sizeof(Element)};
-    auto const progress = [&](Status status, std::size_t length) {
-        auto const written = static_cast<std::size_t>(at.dst - begin) * sizeof(Element);
-        return Progress{status, static_cast<std::size_t>(at.src - start), written, length};
-    };
+    Status status = Status::done;
+    std::size_t lost = 0; // units
     for (unsigned untilBulk = 0; at.src != end; --untilBulk) {
         auto const left = static_cast<std::size_t>(end - at.src);
         if constexpr (EncodesBlocks<Codec>)
@@ -91,17 +90,30 @@ Progress encodePiece(Codec const& codec, std::u16string_view source, char* dst, 
                 untilBulk = charactersBetweenRuns + 1;
                 continue;
             }
+        // Most characters are mapped and fit: they need no other test than that for surrogates.
+        Encoded const usual = codec.encodeOne(Bounded{at.src, left});
+        if (usual.mapped && usual.elements <= at.room && (usual.units == 2 || !isSurrogate(*at.src))) {
+            writeCode(at.dst, usual.code, usual.elements);
+            at.took(usual.units, usual.elements);
+            continue;
+        }
         Encoded const found = encodeStrictly(codec, {at.src, left});
         if (found.cutShort && !last)
-            return progress(Status::done, 0);
-        if (!found.mapped)
-            return progress(Status::unconvertible, found.units);
-        if (found.elements > at.room)
-            return progress(Status::roomFull, 0);
+            break;
+        if (!found.mapped) {
+            status = Status::unconvertible;
+            lost = found.units;
+            break;
+        }
+        if (found.elements > at.room) {
+            status = Status::roomFull;
+            break;
+        }
         writeCode(at.dst, found.code, found.elements);
         at.took(found.units, found.elements);
     }
-    return progress(Status::done, 0);
+    auto const written = static_cast<std::size_t>(at.dst - begin) * sizeof(Element);
+    return {status, static_cast<std::size_t>(at.src - start), written, lost};
 }
 
 } // namespace vyn
