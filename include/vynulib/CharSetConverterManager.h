@@ -5,6 +5,10 @@
 
 #include <map>
 
+namespace vyn {
+VynCharSet resolved(VynCharSet cs); // of the library
+}
+
 /// A registered converter.
 struct ConverterInfo {
     bool m_bStatic;                    ///< False: the registry deletes the converter when it is destroyed itself.
@@ -50,6 +54,8 @@ public:
     VynCharSet getDefaultCharSet();
 
 private:
+    friend VynCharSet vyn::resolved(VynCharSet cs); // reads the default set
+
     std::map<VynUString, VynCharSet> m_oLocaleMap; // by codeset name in upper case, without '-'
     VynCharSet m_eDefaultCharSet = VYNCS_ISO_8859_1;
     std::map<VynCharSet, ConverterInfo> m_oConverterMap;
