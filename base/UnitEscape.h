@@ -24,21 +24,30 @@ Element* writeUnitEscape(Element* dst, unsigned unit) {
     return dst;
 }
 
-/// The unit that the escape at the start of `text` stands for, or -1 if there is none. Lower-case digits are not
-/// accepted, as the writer writes none.
+/// How many elements at the start of `text` belong to an escape, or to what may become one: all six are an escape.
+/// Lower-case digits are not accepted, as the writer writes none.
+template <class Text>
+unsigned unitEscapePrefix(Text const& text) {
+    auto const fits = [](unsigned element, unsigned i) {
+        if (i < 2)
+            return element == (i == 0 ? 'U' : '+');
+        return (element >= '0' && element <= '9') || (element >= 'A' && element <= 'F');
+    };
+    unsigned length = 0;
+    while (length < unitEscapeLength && (length == 0 || text.has(length)) && fits(text[length], length))
+        ++length;
+    return length;
+}
+
+/// The unit that the escape at the start of `text` stands for, or -1 if there is none.
 template <class Text>
 int readUnitEscape(Text const& text) {
-    if (text[0] != 'U' || !text.has(1) || text[1] != '+')
+    if (unitEscapePrefix(text) < unitEscapeLength)
         return -1;
     int value = 0;
     for (unsigned i = 2; i < unitEscapeLength; ++i) {
-        unsigned const element = text.has(i) ? text[i] : 0U;
-        if (element >= '0' && element <= '9')
-            value = value * 16 + static_cast<int>(element - '0');
-        else if (element >= 'A' && element <= 'F')
-            value = value * 16 + static_cast<int>(element - 'A' + 10);
-        else
-            return -1;
+        int const digit = text[i];
+        value = value * 16 + (digit <= '9' ? digit - '0' : digit - 'A' + 10);
     }
     return value;
 }

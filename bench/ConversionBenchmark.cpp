@@ -1,6 +1,7 @@
 // Conversion beside ICU and the C library's iconv, each on the same text in one run. The throughput counts bytes of the
 // byte side, so that the rows of one text compare directly.
 
+#include <vynulib/Transcoding.h>
 #include <vynulib/VynCharSetConverter.h>
 
 #include <benchmark/benchmark.h>
@@ -92,6 +93,57 @@ void vynulibEncode(benchmark::State& state, TextOfSet const& text) {
     report(state, sample);
 }
 
+void strictDecode(benchmark::State& state, TextOfSet const& text) {
+    Sample const sample(text, static_cast<std::size_t>(state.range(0)));
+    std::u16string dst(vynulib::maxUnits(text.cs, sample.encoded.size()), u'\0');
+    for (auto _ : state)
+        if (vynulib::decode(text.cs, sample.encoded, dst.data(), dst.size(), true).status != vynulib::Status::done)
+            state.SkipWithError("a loss");
+    report(state, sample);
+}
+
+void strictEncode(benchmark::State& state, TextOfSet const& text) {
+    Sample const sample(text, static_cast<std::size_t>(state.range(0)));
+    std::string dst(vynulib::maxBytes(text.cs, sample.units.size()), '\0');
+    for (auto _ : state)
+        if (vynulib::encode(text.cs, sample.units, dst.data(), dst.size(), true).status != vynulib::Status::done)
+            state.SkipWithError("a loss");
+    report(state, sample);
+}
+
+/// The other byte set of a conversion without UTF-16 at either end.
+constexpr VynCharSet otherSet(TextOfSet const& text) {
+    return text.cs == VYNCS_UTF8 ? VYNCS_GB18030 : VYNCS_UTF8;
+}
+constexpr char const* otherName(TextOfSet const& text) {
+    return text.cs == VYNCS_UTF8 ? "GB18030" : "UTF-8";
+}
+
+void strictTranscode(benchmark::State& state, TextOfSet const& text) {
+    Sample const sample(text, static_cast<std::size_t>(state.range(0)));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(vynulib::transcode(text.cs, otherSet(text), sample.encoded));
+    report(state, sample);
+}
+
+void icuTranscode(benchmark::State& state, TextOfSet const& text) {
+    Sample const sample(text, static_cast<std::size_t>(state.range(0)));
+    UErrorCode error = U_ZERO_ERROR;
+    UConverter *const from = ucnv_open(text.icuName, &error), *const to = ucnv_open(otherName(text), &error);
+    std::string dst(sample.units.size() * 4 + 4, '\0');
+    for (auto _ : state) {
+        char* out = dst.data();
+        char const* in = sample.encoded.data();
+        ucnv_convertEx(to, from, &out, out + dst.size(), &in, in + sample.encoded.size(), nullptr, nullptr, nullptr,
+                       nullptr, true, true, &error);
+    }
+    if (U_FAILURE(error))
+        state.SkipWithError(u_errorName(error));
+    ucnv_close(from);
+    ucnv_close(to);
+    report(state, sample);
+}
+
 void iconvConvert(benchmark::State& state, Sample const& sample, char const* to, char const* from,
                   std::string_view source) {
     iconv_t const handle = iconv_open(to, from);
@@ -117,6 +169,11 @@ void iconvEncode(benchmark::State& state, TextOfSet const& text) {
     Sample const sample(text, static_cast<std::size_t>(state.range(0)));
     iconvConvert(state, sample, text.iconvName, "UTF-16LE",
                  {reinterpret_cast<char const*>(sample.units.data()), sample.units.size() * 2});
+}
+
+void iconvTranscode(benchmark::State& state, TextOfSet const& text) {
+    Sample const sample(text, static_cast<std::size_t>(state.range(0)));
+    iconvConvert(state, sample, otherName(text), text.iconvName, sample.encoded);
 }
 
 void icuDecode(benchmark::State& state, TextOfSet const& text) {
@@ -155,9 +212,11 @@ int main(int argc, char** argv) {
         char const* name;
         Run run;
     };
-    constexpr Side sides[] = {{"decode/vynulib", vynulibDecode}, {"decode/icu", icuDecode},
-                              {"decode/iconv", iconvDecode},     {"encode/vynulib", vynulibEncode},
-                              {"encode/icu", icuEncode},         {"encode/iconv", iconvEncode}};
+    constexpr Side sides[] = {
+        {"decode/vynulib", vynulibDecode}, {"decode/strict", strictDecode},    {"decode/icu", icuDecode},
+        {"decode/iconv", iconvDecode},     {"encode/vynulib", vynulibEncode},  {"encode/strict", strictEncode},
+        {"encode/icu", icuEncode},         {"encode/iconv", iconvEncode},      {"transcode/vynulib", strictTranscode},
+        {"transcode/icu", icuTranscode},   {"transcode/iconv", iconvTranscode}};
     for (TextOfSet const& text : texts)
         for (Side const& side : sides)
             benchmark::RegisterBenchmark((std::string(text.name) + '/' + side.name).c_str(),

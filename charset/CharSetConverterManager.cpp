@@ -1,6 +1,6 @@
 #include <vynulib/CharSetConverterManager.h>
 
-#include "charset/StaticConverters.h"
+#include "charset/ServedSets.h"
 
 #include <atomic>
 #include <utility>
@@ -41,11 +41,15 @@ VynCharSetConverter* VynCharSetConverter::getConverter(VynCharSet cs) {
     return g_oCnvtMgr.getConverter(cs);
 }
 
+VynCharSet vyn::defaultSetOf(CharSetConverterManager const& registry) noexcept {
+    return registry.m_eDefaultCharSet;
+}
+
 CharSetConverterManager::CharSetConverterManager() {
     initLocaleMap();
     m_eDefaultCharSet = getDefaultCharSet();
-    for (VynCharSetConverter* converter : vyn::staticConverters())
-        insert(converter->m_eCharSet, converter, true);
+    for (vyn::ServedSet const& set : vyn::registeredSets())
+        insert(set.cs, set.converter, true);
     for (CharSetName const& row : charSetNames)
         insertCharSetMap(row.cs, VynUString(row.name, VYNCS_UTF8));
 }
@@ -76,7 +80,7 @@ VynCharSetConverter* CharSetConverterManager::getConverter(VynCharSet cs) {
 }
 
 VynCharSetConverter* CharSetConverterManager::load(VynCharSet) {
-    return vyn::staticUtf8Converter();
+    return vyn::servedSet(VYNCS_UTF8)->converter;
 }
 
 char const* CharSetConverterManager::charSetToString(VynCharSet cs) {

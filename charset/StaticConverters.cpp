@@ -1,4 +1,4 @@
-#include "charset/StaticConverters.h"
+#include "charset/ServedSets.h"
 
 #include "base/LoadedObject.h"
 #include "tables/Tables.h"
@@ -15,25 +15,42 @@
 #include <vynulib/VynCharSetConverterUTF32.h>
 #include <vynulib/VynCharSetConverterUTF8.h>
 
+#include <algorithm>
 #include <array>
+#include <stdexcept>
+#include <utility>
 
 // The static objects of the subsystem stand in this one file, because its order is theirs: the registry is made last and
 // destroyed first. The converters need no code to be made and are there before any other static object.
 
 namespace {
 
+struct SingleByteSet {
+    VynCharSet cs;
+    unsigned short const* map;
+};
+
+constexpr SingleByteSet singleByteSets[] = {
+    {VYNCS_WCP1250, oCP1250map},      {VYNCS_WCP1251, oCP1251map},      {VYNCS_WCP1252, oCP1252map},
+    {VYNCS_WCP1253, oCP1253map},      {VYNCS_WCP1254, oCP1254map},      {VYNCS_WCP1255, oCP1255map},
+    {VYNCS_WCP1256, oCP1256map},      {VYNCS_WCP1257, oCP1257map},      {VYNCS_WCP1258, oCP1258map},
+    {VYNCS_WCP874, oCP874map},        {VYNCS_ISO_8859_1, o8859_1map},   {VYNCS_ISO_8859_2, o8859_2map},
+    {VYNCS_ISO_8859_3, o8859_3map},   {VYNCS_ISO_8859_4, o8859_4map},   {VYNCS_ISO_8859_5, o8859_5map},
+    {VYNCS_ISO_8859_6, o8859_6map},   {VYNCS_ISO_8859_7, o8859_7map},   {VYNCS_ISO_8859_8, o8859_8map},
+    {VYNCS_ISO_8859_9, o8859_9map},   {VYNCS_ISO_8859_10, o8859_10map}, {VYNCS_ISO_8859_11, o8859_11map},
+    {VYNCS_ISO_8859_13, o8859_13map}, {VYNCS_ISO_8859_14, o8859_14map}, {VYNCS_ISO_8859_15, o8859_15map},
+    {VYNCS_ISO_8859_16, o8859_16map}, {VYNCS_KOI8R, oKOI8Rmap},
+};
+constexpr std::size_t singleByteCount = std::size(singleByteSets);
+
 struct Converters {
-    VynCharSetConverterSBCS singleByte[26] = {
-        {oCP1250map, VYNCS_WCP1250},      {oCP1251map, VYNCS_WCP1251},      {oCP1252map, VYNCS_WCP1252},
-        {oCP1253map, VYNCS_WCP1253},      {oCP1254map, VYNCS_WCP1254},      {oCP1255map, VYNCS_WCP1255},
-        {oCP1256map, VYNCS_WCP1256},      {oCP1257map, VYNCS_WCP1257},      {oCP1258map, VYNCS_WCP1258},
-        {oCP874map, VYNCS_WCP874},        {o8859_1map, VYNCS_ISO_8859_1},   {o8859_2map, VYNCS_ISO_8859_2},
-        {o8859_3map, VYNCS_ISO_8859_3},   {o8859_4map, VYNCS_ISO_8859_4},   {o8859_5map, VYNCS_ISO_8859_5},
-        {o8859_6map, VYNCS_ISO_8859_6},   {o8859_7map, VYNCS_ISO_8859_7},   {o8859_8map, VYNCS_ISO_8859_8},
-        {o8859_9map, VYNCS_ISO_8859_9},   {o8859_10map, VYNCS_ISO_8859_10}, {o8859_11map, VYNCS_ISO_8859_11},
-        {o8859_13map, VYNCS_ISO_8859_13}, {o8859_14map, VYNCS_ISO_8859_14}, {o8859_15map, VYNCS_ISO_8859_15},
-        {o8859_16map, VYNCS_ISO_8859_16}, {oKOI8Rmap, VYNCS_KOI8R},
-    };
+    constexpr Converters() : Converters(std::make_index_sequence<singleByteCount>()) {}
+
+    template <std::size_t... I>
+    constexpr explicit Converters(std::index_sequence<I...>)
+        : singleByte{{singleByteSets[I].map, singleByteSets[I].cs}...} {}
+
+    VynCharSetConverterSBCS singleByte[singleByteCount];
     VynCharSetConverterDBCS wcp932{oCP932map, oCP932Type, VYNCS_WCP932};
     VynCharSetConverterDBCS wcp936{oCP936map, oCP936Type, VYNCS_WCP936};
     VynCharSetConverterDBCS wcp949{oCP949map, oCP949Type, VYNCS_WCP949};
@@ -55,19 +72,39 @@ constinit vyn::LoadedObject<Converters> converters;
 constinit vyn::LoadedObject<CharSetConverterManager> registry{vyn::LoadedObject<CharSetConverterManager>::Later{}};
 
 constexpr auto registrationOrder = [] {
-    constexpr std::size_t singleByteSets = std::extent_v<decltype(Converters::singleByte)>;
     Converters& all = converters.object;
-    VynCharSetConverter* const others[] = {
-        &all.wcp932, &all.wcp936,   &all.wcp949,   &all.wcp950, &all.eucKr, &all.eucCn, &all.eucJp,    &all.gb18030,
-        &all.big5,   &all.shiftJis, &all.sjis0213, &all.utf8,   &all.utf16, &all.utf32, &all.utf16Esc,
+    vyn::ServedSet const others[] = {
+        {VYNCS_WCP932, &all.wcp932, &vyn::doubleByteOperations},
+        {VYNCS_WCP936, &all.wcp936, &vyn::doubleByteOperations},
+        {VYNCS_WCP949, &all.wcp949, &vyn::doubleByteOperations},
+        {VYNCS_WCP950, &all.wcp950, &vyn::doubleByteOperations},
+        {VYNCS_EUC_KR, &all.eucKr, &vyn::eucCnKrOperations},
+        {VYNCS_EUC_CN, &all.eucCn, &vyn::eucCnKrOperations},
+        {VYNCS_EUC_JP, &all.eucJp, &vyn::eucJpOperations},
+        {VYNCS_GB18030, &all.gb18030, &vyn::gb18030Operations},
+        {VYNCS_BIG5, &all.big5, &vyn::doubleByteOperations},
+        {VYNCS_SHIFTJIS, &all.shiftJis, &vyn::doubleByteOperations},
+        {VYNCS_SJIS0213, &all.sjis0213, &vyn::doubleByteExOperations},
+        {VYNCS_UTF8, &all.utf8, &vyn::utf8Operations},
+        {VYNCS_UTF16, &all.utf16, &vyn::utf16LeOperations},
+        {VYNCS_UTF32, &all.utf32, &vyn::utf32LeOperations},
+        {VYNCS_UTF16ESC, &all.utf16Esc, &vyn::utf16EscOperations},
     };
-    std::array<VynCharSetConverter*, singleByteSets + std::size(others)> order{};
-    std::size_t count = 0;
-    for (VynCharSetConverterSBCS& converter : all.singleByte)
-        order[count++] = &converter;
-    for (VynCharSetConverter* converter : others)
-        order[count++] = converter;
+    std::array<vyn::ServedSet, singleByteCount + std::size(others)> order{};
+    for (std::size_t i = 0; i < singleByteCount; ++i)
+        order[i] = {singleByteSets[i].cs, &all.singleByte[i], &vyn::singleByteOperations};
+    std::copy(std::begin(others), std::end(others), order.begin() + singleByteCount);
     return order;
+}();
+
+/// All served sets, by number.
+constexpr auto byNumber = [] {
+    std::array<vyn::ServedSet, registrationOrder.size() + 2> sets{};
+    auto end = std::copy(registrationOrder.begin(), registrationOrder.end(), sets.begin());
+    *end++ = {VYNCS_UTF16BE, nullptr, &vyn::utf16BeOperations};
+    *end++ = {VYNCS_UTF32BE, nullptr, &vyn::utf32BeOperations};
+    std::sort(sets.begin(), end, [](auto const& a, auto const& b) { return a.cs < b.cs; });
+    return sets;
 }();
 
 [[gnu::constructor]] void load() {
@@ -83,12 +120,21 @@ constexpr auto registrationOrder = [] {
 
 } // namespace
 
-std::span<VynCharSetConverter* const> vyn::staticConverters() {
+std::span<vyn::ServedSet const> vyn::registeredSets() {
     return registrationOrder;
 }
 
-VynCharSetConverter* vyn::staticUtf8Converter() {
-    return &converters.object.utf8;
+vyn::ServedSet const* vyn::servedSet(VynCharSet cs) noexcept {
+    auto const found = std::lower_bound(byNumber.begin(), byNumber.end(), cs,
+                                        [](ServedSet const& set, VynCharSet number) { return set.cs < number; });
+    return found != byNumber.end() && found->cs == cs ? found : nullptr;
+}
+
+vyn::ServedSet const& vyn::requireServedSet(VynCharSet cs) {
+    ServedSet const* const set = servedSet(cs == VYNCS_OS_DEFAULT ? defaultSetOf(g_oCnvtMgr) : cs);
+    if (!set)
+        throw std::invalid_argument("no such character set is served");
+    return *set;
 }
 
 constinit CharSetConverterManager& g_oCnvtMgr = registry.object;

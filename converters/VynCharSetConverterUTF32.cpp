@@ -9,6 +9,7 @@
 namespace {
 
 constexpr auto codec = [] { return vyn::Utf32Codec(); };
+using Value = vyn::Utf32Codec::Element;
 
 } // namespace
 
@@ -32,7 +33,7 @@ unsigned long VynCharSetConverterUTF32::fromUTF8(void* dst, unsigned char const*
         *illegal = false;
     if (!dst || !src)
         return 0;
-    auto* const start = static_cast<vyn::UnalignedValue*>(dst);
+    auto* const start = static_cast<Value*>(dst);
     auto* out = start;
     auto* at = const_cast<unsigned char*>(src); // only read
     unsigned value = 1;
@@ -49,7 +50,7 @@ unsigned long VynCharSetConverterUTF32::toUTF8(unsigned char* dst, void const* s
     if (!dst || !src)
         return 0;
     unsigned long written = 0;
-    for (auto const* at = static_cast<vyn::UnalignedValue const*>(src); written < len; ++at) {
+    for (auto const* at = static_cast<Value const*>(src); written < len; ++at) {
         unsigned value = *at;
         if (vyn::isSurrogate(value) || value >= vyn::endOfLongSequences) {
             value = vyn::replacementCharacter;

@@ -20,14 +20,15 @@ struct DoubleByteForm {
 
     Counted countOne(auto text) const { return {isPair(text) ? 2U : 1U, 1}; }
 
-    /// Decodes the character at the start of `text`, of which `lookUp(code, bytes)` tells what the set has. Of a lead
+    /// Decodes the character at the start of `text`, of which `codec.lookUp(code, bytes)` tells what the set has. Of a lead
     /// byte without a trail byte only the lead byte is taken, and the source limit does not count after it.
-    Decoded decodeOne(auto text, auto lookUp) const {
+    template <class Codec>
+    Decoded decodeOne(auto text, Codec const& codec) const {
         if (!isLead(text[0]))
-            return lookUp(text[0], 1U);
+            return codec.lookUp(text[0], 1);
         if (!text.has(1) || !isTrail(text[1]))
             return unmappedUnlimited(1, !text.has(1));
-        return lookUp(text[0] * 256U + text[1], 2U);
+        return codec.lookUp(text[0] * 256U + text[1], 2);
     }
 
     /// A code as its one or two bytes, 0 being none.
@@ -47,11 +48,11 @@ struct DoubleByteCodec : DoubleByteForm {
 
     bool ready() const { return tables != nullptr; }
 
-    Decoded decodeOne(auto text) const {
-        return DoubleByteForm::decodeOne(text, [this](unsigned code, unsigned bytes) {
-            return lookedUpUnit(tables->forward.lookup(static_cast<unsigned short>(code)), bytes);
-        });
+    Decoded lookUp(unsigned code, unsigned bytes) const {
+        return lookedUpUnit(tables->forward.lookup(static_cast<unsigned short>(code)), bytes);
     }
+
+    Decoded decodeOne(auto text) const { return DoubleByteForm::decodeOne(text, *this); }
 
     /// One byte and two alternate in real text, so a branch between them would cost more than the shifts.
     Decoded decodeAhead(Element const* at) const {
@@ -77,14 +78,14 @@ struct DoubleByteExCodec : DoubleByteForm {
 
     bool ready() const { return tables != nullptr; }
 
-    Decoded decodeOne(auto text) const {
-        return DoubleByteForm::decodeOne(text, [this](unsigned code, unsigned bytes) -> Decoded {
-            unsigned const value = tables->forward.lookup(static_cast<unsigned short>(code));
-            if (value > maxScalarValue) // of a map of somebody's own: the lowest bits, as one unit
-                return mappedUnit(value & maxBmpValue, bytes);
-            return {value, bytes, value > maxBmpValue ? 2U : 1U, value != 0};
-        });
+    Decoded lookUp(unsigned code, unsigned bytes) const {
+        unsigned const value = tables->forward.lookup(static_cast<unsigned short>(code));
+        if (value > maxScalarValue) // of a map of somebody's own: the lowest bits, as one unit
+            return mappedUnit(value & maxBmpValue, bytes);
+        return {value, bytes, value > maxBmpValue ? 2U : 1U, value != 0};
     }
+
+    Decoded decodeOne(auto text) const { return DoubleByteForm::decodeOne(text, *this); }
 
     Encoded encodeOne(auto text) const {
         if (!isHighSurrogate(text[0]))
@@ -103,5 +104,20 @@ struct DoubleByteExCodec : DoubleByteForm {
 };
 
 static_assert(Decodes<DoubleByteExCodec> && Encodes<DoubleByteExCodec> && CountsUnits<DoubleByteExCodec>);
+
+/// For texts with a length: a code that the table has is its character, also where the type table denies the trail byte,
+/// so that all that is encoded can be decoded.
+template <class Codec>
+struct StrictDoubleByteCodec : Codec {
+    Decoded decodeOne(auto text) const {
+        if (this->isLead(text[0]) && text.has(1))
+            if (Decoded const found = this->lookUp(text[0] * 256U + text[1], 2); found.mapped)
+                return found;
+        return Codec::decodeOne(text);
+    }
+};
+
+static_assert(DecodesPieces<StrictDoubleByteCodec<DoubleByteCodec>> && EncodesPieces<DoubleByteCodec>);
+static_assert(DecodesPieces<StrictDoubleByteCodec<DoubleByteExCodec>> && EncodesPieces<DoubleByteExCodec>);
 
 } // namespace vyn

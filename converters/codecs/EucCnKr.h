@@ -60,5 +60,6 @@ struct EucCnKrCodec : EucCnKrForm {
 };
 
 static_assert(DecodesAhead<EucCnKrCodec> && Encodes<EucCnKrCodec>);
+static_assert(DecodesPieces<EucCnKrCodec> && EncodesPieces<EucCnKrCodec>);
 
 } // namespace vyn

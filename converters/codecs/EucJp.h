@@ -88,4 +88,19 @@ private:
 
 static_assert(Decodes<EucJpCodec> && Encodes<EucJpCodec> && CountsUnits<EucJpCodec>);
 
+/// For texts with a length: a byte after the first without its high bit belongs to no character, so that a quote after a
+/// cut-off lead byte stays a quote.
+struct StrictEucJpCodec : EucJpCodec {
+    Decoded decodeOne(auto text) const {
+        if (text[0] < endOfAscii)
+            return mappedUnit(text[0], 1);
+        auto const breaksOff = [&text](unsigned i) { return text.has(i) && (text[i] & 0x80) == 0; };
+        if (breaksOff(1) || (text[0] == SS3 && text.has(1) && breaksOff(2)))
+            return unmapped(1);
+        return EucJpCodec::decodeOne(text);
+    }
+};
+
+static_assert(DecodesPieces<StrictEucJpCodec> && EncodesPieces<StrictEucJpCodec>);
+
 } // namespace vyn

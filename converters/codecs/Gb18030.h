@@ -165,5 +165,6 @@ private:
 };
 
 static_assert(Decodes<Gb18030Codec> && Encodes<Gb18030Codec>);
+static_assert(DecodesPieces<Gb18030Codec> && EncodesPieces<Gb18030Codec>);
 
 } // namespace vyn

@@ -51,5 +51,6 @@ struct SingleByteCodec {
 };
 
 static_assert(DecodesBlocks<SingleByteCodec> && EncodesBlocks<SingleByteCodec>);
+static_assert(DecodesPieces<SingleByteCodec> && EncodesPieces<SingleByteCodec>);
 
 } // namespace vyn

@@ -28,4 +28,21 @@ struct Utf16EscCodec {
 
 static_assert(Decodes<Utf16EscCodec> && Encodes<Utf16EscCodec>);
 
+/// For texts with a length: bytes beyond ASCII are no characters, and the start of an escape at the end of a piece waits
+/// for the rest.
+struct StrictUtf16EscCodec : Utf16EscCodec {
+    static constexpr bool encodesSurrogates = true;
+
+    Decoded decodeOne(auto text) const {
+        if (text[0] >= 0x80)
+            return unmapped(1);
+        Decoded found = Utf16EscCodec::decodeOne(text);
+        unsigned const prefix = unitEscapePrefix(text);
+        found.cutShort = prefix != 0 && prefix < unitEscapeLength && !text.has(prefix);
+        return found;
+    }
+};
+
+static_assert(DecodesPieces<StrictUtf16EscCodec> && EncodesSurrogates<StrictUtf16EscCodec>);
+
 } // namespace vyn

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Surrogates.h"
+#include "converters/kernels/Utf16Blocks.h"
 #include "converters/loops/Codec.h"
 
 namespace vyn {
@@ -8,7 +9,7 @@ namespace vyn {
 /// UTF-32 in the machine's byte order, leniently: every value converts. Surrogates stay what they are, a value above
 /// U+10FFFF becomes a meaningless pair.
 struct Utf32Codec {
-    using Element = UnalignedValue;
+    using Element = Value32<std::endian::native>;
     static constexpr unsigned maxUnitsPerElement = 2;
     static constexpr unsigned maxElementsPerUnit = 1;
 
@@ -29,5 +30,28 @@ struct Utf32Codec {
 };
 
 static_assert(Decodes<Utf32Codec> && Encodes<Utf32Codec> && CountsUnits<Utf32Codec>);
+
+/// UTF-32 in either byte order, for texts with a length: characters only.
+template <std::endian Order>
+struct StrictUtf32Codec : Utf32Codec {
+    using Element = Value32<Order>;
+
+    Decoded decodeOne(auto text) const {
+        unsigned const value = text[0];
+        return isSurrogate(value) || value > maxScalarValue ? unmapped(1) : mappedScalar(value, 1);
+    }
+
+    BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
+        long const moved = movePlainUnits(src, end, dst);
+        return {src + moved, dst + moved};
+    }
+    BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) const {
+        long const moved = movePlainUnits(src, end, dst);
+        return {src + moved, dst + moved};
+    }
+};
+
+static_assert(DecodesBlocks<StrictUtf32Codec<std::endian::big>> && EncodesBlocks<StrictUtf32Codec<std::endian::big>>);
+static_assert(DecodesPieces<StrictUtf32Codec<std::endian::big>> && EncodesPieces<StrictUtf32Codec<std::endian::big>>);
 
 } // namespace vyn

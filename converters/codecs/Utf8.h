@@ -66,10 +66,10 @@ struct Utf8Codec {
     }
 
     BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
-        return decodeUtf8Blocks(src, end, dst);
+        return decodeUtf8Blocks<Utf8Rules::lenient>(src, end, dst);
     }
     BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) const {
-        return encodeUtf8Blocks(src, end, dst);
+        return encodeUtf8Blocks<Utf8Rules::lenient>(src, end, dst);
     }
 
 private:
@@ -91,5 +91,42 @@ private:
 
 static_assert(DecodesBlocks<Utf8Codec> && EncodesBlocks<Utf8Codec> && CountsUnits<Utf8Codec>);
 static_assert(ReplacesPairsOutOfRoom<Utf8Codec> && TakesEscapeToll<Utf8Codec>);
+
+/// For texts with a length: Unicode's well-formed sequences only. An ill-formed one is as long as its maximal subpart, the
+/// bytes that could begin a well-formed one.
+struct StrictUtf8Codec : Utf8Codec {
+    Decoded decodeOne(auto text) const {
+        unsigned const lead = text[0];
+        if (lead < 0x80)
+            return mappedUnit(lead, 1);
+        if (lead < 0xC2 || lead > 0xF4)
+            return unmapped(1);
+        unsigned const trails = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+        // The second byte is what keeps overlong forms, surrogates and values above U+10FFFF out.
+        unsigned low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+        unsigned high = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+        for (unsigned i = 1; i <= trails; ++i) {
+            if (!text.has(i))
+                return unmapped(i, true);
+            if (text[i] < low || text[i] > high)
+                return unmapped(i);
+            low = 0x80;
+            high = 0xBF;
+        }
+        if (trails == 3)
+            return mappedScalar(fourByteValue(text), 4);
+        return trails == 2 ? mappedUnit(threeByteValue(text), 3) : mappedUnit(twoByteValue(text), 2);
+    }
+
+    BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
+        return decodeUtf8Blocks<Utf8Rules::strict>(src, end, dst);
+    }
+    BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) const {
+        return encodeUtf8Blocks<Utf8Rules::strict>(src, end, dst);
+    }
+};
+
+static_assert(DecodesPieces<StrictUtf8Codec> && EncodesPieces<StrictUtf8Codec>);
+static_assert(DecodesBlocks<StrictUtf8Codec> && EncodesBlocks<StrictUtf8Codec>);
 
 } // namespace vyn

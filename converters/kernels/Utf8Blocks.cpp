@@ -21,12 +21,21 @@ constexpr bool isFourByteHead(std::uint32_t head) {
     return (head & 0xF0C0C0C0) == 0xF0808080;
 }
 
+constexpr bool isStrict(unsigned value, unsigned bytes) {
+    if (bytes == 2)
+        return value >= 0x80;
+    return bytes == 3 ? value >= 0x800 && !isSurrogate(value) : value > maxBmpValue && value <= maxScalarValue;
+}
+
 /// Four sequences of two bytes, in one word, become four units. Returns the sequences that it took, in fours.
+template <Utf8Rules Rules>
 long decodeTwoByteBlocks(unsigned char const* src, unsigned char const* end, unsigned short* dst) {
     long taken = 0;
     for (; end - src - 2 * taken >= 8; taken += 4) {
         std::uint64_t const bytes = wordAt(src + 2 * taken);
         if ((bytes & 0xC0E0 * inEachUnit) != 0x80C0 * inEachUnit)
+            break;
+        if (Rules == Utf8Rules::strict && hasZeroUnit(bytes & 0x1E * inEachUnit)) // C0 or C1
             break;
         std::uint64_t const units = (bytes & 0x1F * inEachUnit) << 6 | (bytes >> 8 & 0x3F * inEachUnit);
         std::memcpy(dst + taken, &units, sizeof units);
@@ -69,7 +78,9 @@ void encodeShortRun(unsigned short const*& src, unsigned short const* end, unsig
 
 } // namespace
 
+template <Utf8Rules Rules>
 BulkDecoded<unsigned char> decodeUtf8Blocks(unsigned char const* src, unsigned char const* end, unsigned short* dst) {
+    constexpr bool strict = Rules == Utf8Rules::strict;
     bool sawIllegal = false;
     while (src < end) {
         if (*src < 0x80) {
@@ -84,20 +95,28 @@ BulkDecoded<unsigned char> decodeUtf8Blocks(unsigned char const* src, unsigned c
             break;
         std::uint32_t const head = headOf(src);
         if (isTwoByteHead(head)) {
-            *dst++ = static_cast<unsigned short>(twoByteValue(src));
+            unsigned const value = twoByteValue(src);
+            if (strict && !isStrict(value, 2))
+                break;
+            *dst++ = static_cast<unsigned short>(value);
             src += 2;
-            long const more = decodeTwoByteBlocks(src, end, dst);
+            long const more = decodeTwoByteBlocks<Rules>(src, end, dst);
             src += 2 * more;
             dst += more;
         } else if (isThreeByteHead(head)) {
-            *dst++ = static_cast<unsigned short>(threeByteValue(src));
+            unsigned const value = threeByteValue(src);
+            if (strict && !isStrict(value, 3))
+                break;
+            *dst++ = static_cast<unsigned short>(value);
             src += 3;
         } else if (isFourByteHead(head)) {
             unsigned const value = fourByteValue(src);
+            if (strict && ((src[0] & 0x08) != 0 || !isStrict(value, 4)))
+                break;
             *dst++ = highSurrogateOf(value);
             *dst++ = lowSurrogateOf(value);
             src += 4;
-            sawIllegal = true;
+            sawIllegal = !strict;
         } else {
             break;
         }
@@ -105,16 +124,17 @@ BulkDecoded<unsigned char> decodeUtf8Blocks(unsigned char const* src, unsigned c
     return {src, dst, sawIllegal};
 }
 
+template <Utf8Rules Rules>
 BulkEncoded<unsigned char> encodeUtf8Blocks(unsigned short const* src, unsigned short const* end, unsigned char* dst) {
     while (src != end) {
         unsigned const unit = *src;
         if (unit < 0x800) {
             encodeShortRun(src, end, dst);
-        } else if (!isHighSurrogate(unit)) {
+        } else if (Rules == Utf8Rules::strict ? !isSurrogate(unit) : !isHighSurrogate(unit)) {
             writeBytes(dst, threeByteCode(unit), 3);
             dst += 3;
             ++src;
-        } else if (end - src >= 2 && isLowSurrogate(src[1])) {
+        } else if (isHighSurrogate(unit) && end - src >= 2 && isLowSurrogate(src[1])) {
             writeBytes(dst, fourByteCode(combineSurrogates(unit, src[1])), 4);
             dst += 4;
             src += 2;
@@ -124,5 +144,14 @@ BulkEncoded<unsigned char> encodeUtf8Blocks(unsigned short const* src, unsigned 
     }
     return {src, dst};
 }
+
+template BulkDecoded<unsigned char> decodeUtf8Blocks<Utf8Rules::lenient>(unsigned char const*, unsigned char const*,
+                                                                         unsigned short*);
+template BulkDecoded<unsigned char> decodeUtf8Blocks<Utf8Rules::strict>(unsigned char const*, unsigned char const*,
+                                                                        unsigned short*);
+template BulkEncoded<unsigned char> encodeUtf8Blocks<Utf8Rules::lenient>(unsigned short const*, unsigned short const*,
+                                                                         unsigned char*);
+template BulkEncoded<unsigned char> encodeUtf8Blocks<Utf8Rules::strict>(unsigned short const*, unsigned short const*,
+                                                                        unsigned char*);
 
 } // namespace vyn

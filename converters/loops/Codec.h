@@ -23,7 +23,7 @@ struct Decoded {
     unsigned units;    ///< That it becomes, also where it is replaced.
     bool mapped;
     bool limited = true;   ///< Whether the source limit counts after it.
-    bool cutShort = false; ///< Not mapped only because the text ends within it.
+    bool cutShort = false; ///< The text ends where it, or a longer one, could have gone on.
 };
 
 /// A character on the way from UTF-16.
@@ -102,15 +102,14 @@ concept Decodes = requires(Codec const& codec, Terminated<typename Codec::Elemen
 /// `decodeOne` without a branch on the length of the character, where the element after the first can be read whatever
 /// it is.
 template <class Codec>
-concept DecodesAhead = Decodes<Codec> && requires(Codec const& codec, typename Codec::Element const* at) {
+concept DecodesAhead = requires(Codec const& codec, typename Codec::Element const* at) {
     { codec.decodeAhead(at) } -> std::same_as<Decoded>;
 };
 
 /// A bulk form: converts characters that lie whole in [src, end), as many as are regular. There is no terminator among
 /// them, and room for `maxUnitsPerElement` units for each of them.
 template <class Codec>
-concept DecodesBlocks = Decodes<Codec> &&
-    requires(Codec const& codec, typename Codec::Element const* src, unsigned short* dst) {
+concept DecodesBlocks = requires(Codec const& codec, typename Codec::Element const* src, unsigned short* dst) {
     { codec.decodeBlocks(src, src, dst) } -> std::same_as<BulkDecoded<typename Codec::Element>>;
 };
 
@@ -126,6 +125,15 @@ concept CountsUnits = requires(Codec const& codec, Limited<typename Codec::Eleme
     { codec.countOne(text) } -> std::same_as<Counted>;
 };
 
+/// A codec of texts with a length, where zeros are elements like others and a loss must be told from a character.
+template <class Codec>
+concept DecodesPieces = requires(Codec const& codec, Bounded<typename Codec::Element> bounded,
+                                 Ample<typename Codec::Element> ample) {
+    { codec.decodeOne(bounded) } -> std::same_as<Decoded>;
+    { codec.decodeOne(ample) } -> std::same_as<Decoded>;
+    requires std::same_as<decltype(Codec::maxUnitsPerElement), unsigned const>;
+};
+
 /// The rule of one character from UTF-16.
 template <class Codec>
 concept Encodes = requires(Codec const& codec, Terminated<unsigned short> terminated, Limited<unsigned short> limited) {
@@ -139,9 +147,20 @@ concept Encodes = requires(Codec const& codec, Terminated<unsigned short> termin
 /// A bulk form: converts characters that lie whole in [src, end), as many as are regular. There is no terminator among
 /// them, and room for `maxElementsPerUnit` elements for each of them and for a terminator.
 template <class Codec>
-concept EncodesBlocks = Encodes<Codec> &&
-    requires(Codec const& codec, unsigned short const* src, typename Codec::Element* dst) {
+concept EncodesBlocks = requires(Codec const& codec, unsigned short const* src, typename Codec::Element* dst) {
     { codec.encodeBlocks(src, src, dst) } -> std::same_as<BulkEncoded<typename Codec::Element>>;
+};
+
+/// The same for texts with a length. The loop refuses surrogates without their other half, unless the set writes each of
+/// them by itself.
+template <class Codec>
+concept EncodesPieces = requires(Codec const& codec, Bounded<unsigned short> bounded) {
+    { codec.encodeOne(bounded) } -> std::same_as<Encoded>;
+    requires std::same_as<decltype(Codec::maxElementsPerUnit), unsigned const>;
+};
+template <class Codec>
+concept EncodesSurrogates = EncodesPieces<Codec> && requires {
+    requires Codec::encodesSurrogates;
 };
 
 /// Escapes that take other units and room than what they escape and what they write.

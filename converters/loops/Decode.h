@@ -52,17 +52,17 @@ bool decodeCharacter(Codec const& codec, DecodeCursor<typename Codec::Element>& 
     return true;
 }
 
-/// The bulk form of a codec that has none of its own: mapped characters step by step, without a test of room and
-/// terminator. The last element is left, since the character that it begins may go on after `end`.
-template <Decodes Codec>
+/// The bulk form of a codec that has none of its own: mapped characters step by step, without a test of room and end of
+/// text. The last elements are left, since the character that they begin may go on after `end`.
+template <template <class> class Text, class Codec>
 BulkDecoded<typename Codec::Element> decodeSteps(Codec const& codec, typename Codec::Element const* src,
                                                  typename Codec::Element const* end, unsigned short* dst) {
-    while (end - src >= 2) {
+    while (end - src >= Text<typename Codec::Element>::certain) {
         Decoded found;
         if constexpr (DecodesAhead<Codec>)
             found = codec.decodeAhead(src);
         else
-            found = codec.decodeOne(TerminatedLater{src});
+            found = codec.decodeOne(Text<typename Codec::Element>{src});
         if (!found.mapped)
             break;
         dst = writeUnits(dst, found);
@@ -71,14 +71,14 @@ BulkDecoded<typename Codec::Element> decodeSteps(Codec const& codec, typename Co
     return {src, dst};
 }
 
-/// The fast path: regular characters, as far as neither terminator nor room can end the text.
-template <Decodes Codec>
+/// The fast path: regular characters, as far as neither the end of the text nor the room can end it.
+template <template <class> class Text, class Codec>
 BulkDecoded<typename Codec::Element> decodeBulk(Codec const& codec, typename Codec::Element const* src,
                                                 typename Codec::Element const* end, unsigned short* dst) {
     if constexpr (DecodesBlocks<Codec>)
         return codec.decodeBlocks(src, end, dst);
     else
-        return decodeSteps(codec, src, end, dst);
+        return decodeSteps<Text>(codec, src, end, dst);
 }
 
 /// `VynCharSetConverter::toUTF16` of the set whose codec `codecOf` returns. `limit` is the source limit in elements, 0
@@ -100,7 +100,7 @@ unsigned long decodeText(CodecOf codecOf, unsigned short* dst, void const* src, 
         if constexpr (sizeof(Element) == 1)
             if (limit <= 0 && untilBulk-- == 0) {
                 unsigned long const ahead = run.ahead(at.src, at.room / Codec::maxUnitsPerElement);
-                at.took(decodeBulk(codec, at.src, at.src + ahead, at.dst));
+                at.took(decodeBulk<TerminatedLater>(codec, at.src, at.src + ahead, at.dst));
                 untilBulk = charactersBetweenRuns;
                 continue;
             }

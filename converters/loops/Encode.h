@@ -35,8 +35,10 @@ inline void writeCode(unsigned char* dst, std::uint64_t code, unsigned bytes) {
     dst[0] = static_cast<unsigned char>(code >> 8 * (bytes - 1));
     dst[bytes - 1] = static_cast<unsigned char>(code);
 }
-inline void writeCode(UnalignedValue* dst, std::uint64_t code, unsigned) {
-    *dst = static_cast<unsigned>(code);
+template <class Value, std::endian Order>
+void writeCode(Unaligned<Value, Order>* dst, std::uint64_t code, unsigned elements) {
+    for (unsigned i = 0; i < elements; ++i)
+        dst[i] = static_cast<Value>(code >> 8 * sizeof(Value) * (elements - 1 - i));
 }
 
 /// Writes what stands for a character that can't be converted: an escape for each unit, or one "?" for all. False: the

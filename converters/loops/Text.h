@@ -1,5 +1,8 @@
 #pragma once
 
+#include <bit>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 
 namespace vyn {
@@ -20,6 +23,7 @@ struct Terminated {
 template <class E>
 struct TerminatedLater {
     using Element = E;
+    static constexpr long certain = 2;
 
     Element const* at;
 
@@ -39,22 +43,65 @@ struct Limited {
     bool has(unsigned i) const { return i < left && at[i] != 0; }
 };
 
-/// A 32-bit value of a text whose address need not be aligned.
-class UnalignedValue {
-public:
-    UnalignedValue() = default;
-    UnalignedValue(unsigned value) { std::memcpy(m_bytes, &value, sizeof value); }
+/// A text that ends after `left` elements: zeros are elements like others.
+template <class E>
+struct Bounded {
+    using Element = E;
 
-    operator unsigned() const {
-        unsigned value;
+    Element const* at;
+    std::size_t left;
+
+    Element operator[](unsigned i) const { return at[i]; }
+    bool has(unsigned i) const { return i < left; }
+};
+
+/// A text with all that its first character may need.
+template <class E>
+struct Ample {
+    using Element = E;
+    static constexpr long certain = 6; // the longest character, an escape
+
+    Element const* at;
+
+    Element operator[](unsigned i) const { return at[i]; }
+    static bool has(unsigned) { return true; }
+};
+
+/// A 16- or 32-bit element of a text in a byte order, at an address that need not be aligned.
+template <class Value, std::endian Order>
+class Unaligned {
+public:
+    Unaligned() = default;
+    Unaligned(Value value) {
+        value = inOrder(value);
+        std::memcpy(m_bytes, &value, sizeof value);
+    }
+
+    operator Value() const {
+        Value value;
         std::memcpy(&value, m_bytes, sizeof value);
-        return value;
+        return inOrder(value);
     }
 
 private:
-    unsigned char m_bytes[sizeof(unsigned)];
+    static Value inOrder(Value value) {
+        if constexpr (Order == std::endian::native)
+            return value;
+        else if constexpr (sizeof(Value) == 2)
+            return __builtin_bswap16(value);
+        else
+            return __builtin_bswap32(value);
+    }
+
+    unsigned char m_bytes[sizeof(Value)];
 };
 
-static_assert(sizeof(UnalignedValue) == 4 && alignof(UnalignedValue) == 1);
+template <std::endian Order>
+using Unit16 = Unaligned<std::uint16_t, Order>;
+template <std::endian Order>
+using Value32 = Unaligned<std::uint32_t, Order>;
+
+static_assert(sizeof(Unit16<std::endian::big>) == 2 && alignof(Unit16<std::endian::big>) == 1);
+static_assert(sizeof(Value32<std::endian::big>) == 4 && alignof(Value32<std::endian::big>) == 1);
 
 } // namespace vyn

@@ -5,6 +5,12 @@
 
 #include <map>
 
+class CharSetConverterManager;
+
+namespace vyn {
+VynCharSet defaultSetOf(CharSetConverterManager const& registry) noexcept;
+}
+
 /// A registered converter.
 struct ConverterInfo {
     bool m_bStatic;                    ///< False: the registry deletes the converter when it is destroyed itself.
@@ -50,6 +56,8 @@ public:
     VynCharSet getDefaultCharSet();
 
 private:
+    friend VynCharSet vyn::defaultSetOf(CharSetConverterManager const& registry) noexcept;
+
     std::map<VynUString, VynCharSet> m_oLocaleMap; // by codeset name in upper case, without '-'
     VynCharSet m_eDefaultCharSet = VYNCS_ISO_8859_1;
     std::map<VynCharSet, ConverterInfo> m_oConverterMap;

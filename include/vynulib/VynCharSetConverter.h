@@ -75,7 +75,5 @@ public:
     static VynCharSetConverter* getConverter(VynCharSet cs);
 
 private:
-    friend class CharSetConverterManager; // registers each converter under the set it serves
-
-    VynCharSet m_eCharSet;
+    [[maybe_unused]] VynCharSet m_eCharSet;
 };

@@ -4,8 +4,9 @@
 #include <vynulib/VynCharSetConverterMBCS.h>
 
 namespace vyn {
+struct CodecAccess;
 struct DoubleByteCodec;
-}
+} // namespace vyn
 
 /// A double-byte code page: a character is one byte, or a lead byte and a trail byte.
 ///
@@ -29,5 +30,7 @@ public:
     unsigned int getNullCharSize() const override { return 1; }
 
 private:
+    friend struct vyn::CodecAccess;
+
     vyn::DoubleByteCodec codec(); // the tables, loaded
 };

@@ -4,8 +4,9 @@
 #include <vynulib/VynCharSetConverterMBCSEx.h>
 
 namespace vyn {
+struct CodecAccess;
 struct DoubleByteExCodec;
-}
+} // namespace vyn
 
 /// As `VynCharSetConverterDBCS`, for a set with characters beyond the Basic Multilingual Plane, which are surrogate
 /// pairs in UTF-16. A pair that can't be converted is one character: "?" or two escapes.
@@ -27,5 +28,7 @@ public:
     unsigned int getNullCharSize() const override { return 1; }
 
 private:
+    friend struct vyn::CodecAccess;
+
     vyn::DoubleByteExCodec codec(); // the tables, loaded
 };

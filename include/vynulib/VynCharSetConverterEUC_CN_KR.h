@@ -3,8 +3,9 @@
 #include <vynulib/VynCharSetConverterMBCS.h>
 
 namespace vyn {
+struct CodecAccess;
 struct EucCnKrCodec;
-}
+} // namespace vyn
 
 /// EUC-CN or EUC-KR: ASCII but for DEL, and one set of 94 rows by 94 cells in bytes 0xA1 to 0xFE.
 ///
@@ -31,5 +32,7 @@ public:
     unsigned int getNullCharSize() const override { return 1; }
 
 private:
+    friend struct vyn::CodecAccess;
+
     vyn::EucCnKrCodec codec(); // the tables, loaded
 };

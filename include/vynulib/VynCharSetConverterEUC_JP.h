@@ -3,8 +3,9 @@
 #include <vynulib/VynCharSetConverterMBCS.h>
 
 namespace vyn {
+struct CodecAccess;
 struct EucJpCodec;
-}
+} // namespace vyn
 
 /// EUC-JP: ASCII but for DEL, JIS X 0208 in two bytes, half-width katakana of JIS X 0201 after `m_cSS2`, JIS X 0212 in
 /// two bytes after `m_cSS3`.
@@ -39,6 +40,8 @@ public:
     void load() override;
 
 private:
+    friend struct vyn::CodecAccess;
+
     vyn::EucJpCodec codec(); // the tables, loaded
 
     [[maybe_unused]] char const* m_pJIS0201Name = nullptr;

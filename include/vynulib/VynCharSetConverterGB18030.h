@@ -4,8 +4,9 @@
 #include <vynulib/sGB18030Range.h>
 
 namespace vyn {
+struct CodecAccess;
 struct Gb18030Codec;
-}
+} // namespace vyn
 
 /// GB18030: one byte, two bytes by table, or four bytes by ranges (the rest of the Basic Multilingual Plane) and by
 /// arithmetic (beyond it).
@@ -43,5 +44,7 @@ public:
     sGB18030Range const* getUni2GBRange(unsigned int unit);
 
 private:
+    friend struct vyn::CodecAccess;
+
     vyn::Gb18030Codec codec(); // the tables, loaded
 };

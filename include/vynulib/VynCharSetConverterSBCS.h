@@ -4,6 +4,7 @@
 #include <vynulib/VynLazy.h>
 
 namespace vyn {
+struct CodecAccess;
 struct SingleByteCodec;
 struct SingleByteTables;
 } // namespace vyn
@@ -42,6 +43,8 @@ public:
     unsigned int getNullCharSize() const override { return 1; }
 
 private:
+    friend struct vyn::CodecAccess;
+
     vyn::SingleByteCodec codec(); // the tables, loaded
 
     [[maybe_unused]] char const* m_pMapName = nullptr;

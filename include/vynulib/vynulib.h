@@ -5,6 +5,7 @@
 #include <vynulib/CharSetConverterManager.h>
 #include <vynulib/LookupTable.h>
 #include <vynulib/LookupTableEx.h>
+#include <vynulib/Transcoding.h>
 #include <vynulib/VynBSTR.h>
 #include <vynulib/VynCharSet.h>
 #include <vynulib/VynCharSetConverter.h>

@@ -114,6 +114,24 @@ std::optional<Codec> glibcCodec(char const* name) {
     return Codec{decode, encode};
 }
 
+std::string icuConverterName(char const* name) {
+    UErrorCode status = U_ZERO_ERROR;
+    std::unique_ptr<UConverter, decltype(&ucnv_close)> const converter(ucnv_open(name, &status), ucnv_close);
+    char const* const opened = ucnv_getName(converter.get(), &status);
+    return U_SUCCESS(status) ? opened : "";
+}
+
+std::set<std::string> icuAliases() {
+    std::set<std::string> aliases;
+    UErrorCode status = U_ZERO_ERROR;
+    for (std::int32_t i = 0; i < ucnv_countAvailable(); ++i) {
+        char const* const name = ucnv_getAvailableName(i);
+        for (std::uint16_t alias = 0; alias < ucnv_countAliases(name, &status); ++alias)
+            aliases.insert(ucnv_getAlias(name, alias, &status));
+    }
+    return aliases;
+}
+
 std::string peerVersions() {
     return std::string("ICU ") + U_ICU_VERSION + ", glibc " + gnu_get_libc_version();
 }

@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <optional>
+#include <set>
 #include <string>
 
 using Text = std::optional<std::u16string>;
@@ -20,6 +21,12 @@ Codec libraryCodec(VynCharSet set);
 /// Nothing where the peer has no converter of that name.
 std::optional<Codec> icuCodec(char const* name);
 std::optional<Codec> glibcCodec(char const* name);
+
+/// The converter that ICU opens for a name; empty where it has none.
+std::string icuConverterName(char const* name);
+
+/// Every name of every converter of ICU.
+std::set<std::string> icuAliases();
 
 /// The peers' own versions, as one line.
 std::string peerVersions();

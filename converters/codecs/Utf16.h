@@ -1,0 +1,48 @@
+#pragma once
+
+#include "base/Surrogates.h"
+#include "converters/kernels/Utf16Blocks.h"
+#include "converters/loops/Codec.h"
+
+namespace vyn {
+
+/// UTF-16 in either byte order, for texts with a length: a surrogate is a character only with its other half.
+template <std::endian Order>
+struct StrictUtf16Codec {
+    using Element = Unit16<Order>;
+    static constexpr unsigned maxUnitsPerElement = 1;
+    static constexpr unsigned maxElementsPerUnit = 1;
+
+    Decoded decodeOne(auto text) const {
+        unsigned const unit = text[0];
+        if (!isSurrogate(unit))
+            return mappedUnit(unit, 1);
+        if (!isHighSurrogate(unit))
+            return unmapped(1);
+        if (!text.has(1) || !isLowSurrogate(text[1]))
+            return unmapped(1, !text.has(1));
+        return mappedScalar(combineSurrogates(unit, text[1]), 2);
+    }
+
+    Encoded encodeOne(auto text) const {
+        if (!isHighSurrogate(text[0]))
+            return mappedCode(text[0], 1, 1);
+        if (!text.has(1) || !isLowSurrogate(text[1]))
+            return unmappedUnits(1, !text.has(1));
+        return mappedCode(std::uint64_t{text[0]} << 16 | text[1], 2, 2);
+    }
+
+    BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
+        long const moved = movePlainUnits(src, end, dst);
+        return {src + moved, dst + moved};
+    }
+    BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) const {
+        long const moved = movePlainUnits(src, end, dst);
+        return {src + moved, dst + moved};
+    }
+};
+
+static_assert(DecodesPieces<StrictUtf16Codec<std::endian::big>> && EncodesPieces<StrictUtf16Codec<std::endian::big>>);
+static_assert(DecodesBlocks<StrictUtf16Codec<std::endian::big>> && EncodesBlocks<StrictUtf16Codec<std::endian::big>>);
+
+} // namespace vyn

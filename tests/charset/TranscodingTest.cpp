@@ -1,0 +1,399 @@
+#include "tests/support/GuardedBuffer.h"
+#include "tests/support/Random.h"
+
+#include <vynulib/Transcoding.h>
+#include <vynulib/VynCharSetConverter.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <ostream>
+#include <stdexcept>
+#include <vector>
+
+namespace vynulib {
+
+static bool operator==(Progress const& a, Progress const& b) {
+    return a.status == b.status && a.read == b.read && a.written == b.written && a.length == b.length;
+}
+static void PrintTo(Progress const& progress, std::ostream* out) {
+    constexpr char const* names[] = {"done", "roomFull", "unconvertible"};
+    *out << names[static_cast<int>(progress.status)] << " read " << progress.read << " written " << progress.written
+         << " length " << progress.length;
+}
+static bool operator==(Report const& a, Report const& b) {
+    return a.losses == b.losses && a.firstLoss == b.firstLoss;
+}
+static void PrintTo(Report const& report, std::ostream* out) {
+    *out << report.losses << " losses, the first at " << report.firstLoss;
+}
+
+} // namespace vynulib
+
+namespace {
+
+using namespace std::string_literals;
+using vynulib::OnError;
+using vynulib::Progress;
+using vynulib::Report;
+using vynulib::Status;
+using Units = std::u16string;
+
+constexpr auto npos = std::string_view::npos;
+
+std::vector<VynCharSet> servedSets() {
+    std::vector<VynCharSet> sets{VYNCS_UTF16BE, VYNCS_UTF32BE, VYNCS_UTF8};
+    VynCharSetConverter* const utf8 = VynCharSetConverter::getConverter(VYNCS_UTF8);
+#define ROW(name, number)                                                                                              \
+    if (name != VYNCS_OS_DEFAULT && VynCharSetConverter::getConverter(name) != utf8)                                   \
+        sets.push_back(name);
+    VYN_CHARSETS(ROW)
+#undef ROW
+    return sets;
+}
+
+/// A text that was converted, and each of its losses: where it began and how long it was.
+template <class Target>
+struct Outcome {
+    Target text;
+    std::vector<std::pair<std::size_t, std::size_t>> losses;
+
+    bool operator==(Outcome const&) const = default;
+};
+
+/// Copies of texts whose memory ends, or begins, at an inaccessible page.
+template <class Element>
+std::basic_string_view<Element> guarded(std::basic_string_view<Element> text, bool atEnd) {
+    static GuardedBuffer buffers[2] = {GuardedBuffer(1 << 16), GuardedBuffer(1 << 16)};
+    GuardedBuffer const& buffer = buffers[atEnd];
+    auto* const place =
+        reinterpret_cast<Element*>(atEnd ? buffer.end() - text.size() * sizeof(Element) : buffer.begin());
+    std::copy(text.begin(), text.end(), place);
+    return {place, text.size()};
+}
+
+/// Converts a text in pieces of sizes that `pieceSize()` gives into rooms that `roomSize()` gives.
+template <class Target, class Source, class Convert, class PieceSize, class RoomSize>
+Outcome<Target> inPieces(Source source, Convert convert, PieceSize pieceSize, RoomSize roomSize) {
+    using Element = typename Target::value_type;
+    static GuardedBuffer output(1 << 18);
+    Outcome<Target> outcome;
+    std::size_t at = 0;
+    for (std::size_t offered = std::min(pieceSize(), source.size());;) {
+        std::size_t const room = roomSize();
+        auto* const dst = reinterpret_cast<Element*>(output.end()) - room;
+        bool const last = at + offered == source.size();
+        Progress const done = convert(guarded(source.substr(at, offered), room % 2 == 0), dst, room, last);
+        EXPECT_LE(done.read, offered);
+        EXPECT_LE(done.written, room);
+        EXPECT_EQ(done.length != 0, done.status == Status::unconvertible);
+        outcome.text.append(dst, done.written);
+        at += done.read + done.length;
+        if (done.length != 0)
+            outcome.losses.emplace_back(at - done.length, done.length);
+        offered -= done.read + done.length;
+        if (done.status == Status::done) {
+            if (last) {
+                EXPECT_EQ(offered, 0UL);
+                return outcome;
+            }
+            offered = std::min(offered + std::max<std::size_t>(pieceSize(), 1), source.size() - at);
+        }
+    }
+}
+
+class TranscodingSets : public testing::TestWithParam<VynCharSet> {
+protected:
+    VynCharSet const cs = GetParam();
+    TestRandom random;
+    testing::ScopedTrace trace{__FILE__, __LINE__, "VYNULIB_TEST_SEED=" + std::to_string(random.seed())};
+
+    Units anyUnits(std::size_t length) {
+        constexpr unsigned kinds[][2] = {{0x00, 0x7F},     {0x20, 0x7E},     {0x80, 0x5FF},
+                                         {0x2000, 0x33FF}, {0x4E00, 0x9FFF}, {0xAC00, 0xD7A3},
+                                         {0xD800, 0xDFFF}, {0xE000, 0xFFFF}, {0x10000, 0x2FFFF}};
+        Units units;
+        while (units.size() < length) {
+            auto const& kind = kinds[random.below(std::size(kinds))];
+            for (unsigned run = 1 + random.below(20); run != 0; --run) {
+                unsigned const scalar = kind[0] + random.below(kind[1] - kind[0] + 1);
+                if (scalar > 0xFFFF)
+                    units += static_cast<char16_t>((scalar >> 10) + 0xD7C0);
+                units += static_cast<char16_t>(scalar > 0xFFFF ? 0xDC00 + scalar % 0x400 : scalar);
+            }
+        }
+        return units;
+    }
+
+    /// Encoded text, the same with some bytes spoilt, and noise.
+    std::string anyBytes(std::size_t length) {
+        std::string bytes = vynulib::encode(cs, anyUnits(length), OnError::drop);
+        unsigned const kind = random.below(4);
+        for (std::size_t at = kind == 0 ? 0 : random.below(20); kind < 3 && at < bytes.size();
+             at += kind == 0 ? 1 : 1 + random.below(20))
+            bytes[at] = static_cast<char>(random.below(3) == 0 ? random.below(0x80) : 0x80 + random.below(0x80));
+        return bytes.substr(0, bytes.size() - std::min<std::size_t>(bytes.size(), random.below(4)));
+    }
+
+    auto decoder() const {
+        return [this](std::string_view source, char16_t* dst, std::size_t room, bool last) {
+            return vynulib::decode(cs, source, dst, room, last);
+        };
+    }
+    auto encoder() const {
+        return [this](std::u16string_view source, char* dst, std::size_t room, bool last) {
+            return vynulib::encode(cs, source, dst, room, last);
+        };
+    }
+    Outcome<Units> decodeWhole(std::string_view source) {
+        return inPieces<Units>(
+            source, decoder(), [&] { return source.size(); }, [&] { return 2 * source.size() + 1; });
+    }
+    Outcome<std::string> encodeWhole(std::u16string_view source) {
+        return inPieces<std::string>(
+            source, encoder(), [&] { return source.size(); }, [&] { return 24 * source.size() + 1; });
+    }
+};
+
+TEST_P(TranscodingSets, PiecesGiveWhatTheWholeGives) {
+    for (int round = 0; round < 300 && !HasFailure(); ++round) {
+        unsigned const most = 1 + random.below(random.below(4) == 0 ? 200 : 8);
+        auto const pieceSize = [&]() -> std::size_t { return random.below(most + 1); };
+        std::string const bytes = anyBytes(random.below(120));
+        auto const unitRoom = [&]() -> std::size_t { return random.below(most) + 2; };
+        ASSERT_EQ(inPieces<Units>(std::string_view(bytes), decoder(), pieceSize, unitRoom), decodeWhole(bytes));
+        Units const units = anyUnits(random.below(120));
+        auto const byteRoom = [&]() -> std::size_t { return random.below(most) + 8; };
+        ASSERT_EQ(inPieces<std::string>(std::u16string_view(units), encoder(), pieceSize, byteRoom),
+                  encodeWhole(units));
+    }
+}
+
+TEST_P(TranscodingSets, DecodeReadsWhatEncodeWrites) {
+    for (unsigned scalar = 0; scalar < 0x110000; scalar += scalar < 0x30000 ? 1 : 0x101) {
+        Units const one = scalar > 0xFFFF ? Units{static_cast<char16_t>((scalar >> 10) + 0xD7C0),
+                                                  static_cast<char16_t>(0xDC00 + scalar % 0x400)}
+                                          : Units(1, static_cast<char16_t>(scalar));
+        char bytes[16];
+        Progress const encoded = vynulib::encode(cs, one, bytes, sizeof bytes, true);
+        if (encoded.status != Status::done) {
+            ASSERT_EQ(encoded, (Progress{Status::unconvertible, 0, 0, one.size()})) << scalar;
+            continue;
+        }
+        char16_t units[16];
+        Progress const decoded = vynulib::decode(cs, {bytes, encoded.written}, units, 16, true);
+        ASSERT_EQ(decoded, (Progress{Status::done, encoded.written, one.size(), 0})) << scalar;
+        ASSERT_EQ(Units(units, decoded.written), one) << scalar;
+    }
+}
+
+/// Where the converter of the set raises no flag, or nothing is lost, both give the same, but for the differences named.
+TEST_P(TranscodingSets, AgreesWithTheConverter) {
+    if (cs == VYNCS_UTF16 || cs == VYNCS_UTF16BE || cs == VYNCS_UTF32BE)
+        return; // no converter, or one that converts nothing without a limit
+    VynCharSetConverter& converter = *VynCharSetConverter::getConverter(cs);
+    bool const lenient = cs == VYNCS_UTF8 || cs == VYNCS_UTF32 || cs == VYNCS_UTF16ESC || cs == VYNCS_EUC_JP;
+    bool const deniesTrails = cs == VYNCS_WCP936 || cs == VYNCS_WCP950; // of codes that it encodes
+    int compared = 0;
+    for (int round = 0; round < 2000 && !HasFailure(); ++round) {
+        std::string bytes = anyBytes(1 + random.below(30));
+        Outcome<Units> const decoded = decodeWhole(bytes);
+        if (decoded.text.find(u'\0') == Units::npos) {
+            bytes.append(8, '\0');
+            Units units(bytes.size() + 1, u'x');
+            bool illegal = false;
+            units.resize(converter.toUTF16(reinterpret_cast<unsigned short*>(units.data()), bytes.data(), bytes.size(),
+                                           ILLCHAR_REPLACE, &illegal, -1));
+            if ((decoded.losses.empty() && !deniesTrails) || (!illegal && !lenient)) {
+                ASSERT_EQ(units, decoded.text);
+                ASSERT_TRUE(decoded.losses.empty());
+                ++compared;
+            }
+        }
+        Units units = anyUnits(1 + random.below(30));
+        units = units.substr(0, units.find(u'\0'));
+        Outcome<std::string> const encoded = encodeWhole(units);
+        if (encoded.losses.empty() && cs != VYNCS_UTF8) {
+            std::string expected(24 * units.size() + 4, 'x');
+            bool illegal = false;
+            expected.resize(converter.fromUTF16(expected.data(), reinterpret_cast<unsigned short const*>(units.c_str()),
+                                                expected.size() - 4, ILLCHAR_STOP, &illegal));
+            ASSERT_EQ(encoded.text, expected);
+            ASSERT_FALSE(illegal);
+        }
+    }
+    EXPECT_GT(compared, 100);
+}
+
+TEST_P(TranscodingSets, WholeTextsKeepToTheirBoundsAndReports) {
+    for (int round = 0; round < 100 && !HasFailure(); ++round) {
+        std::string const bytes = anyBytes(random.below(8) == 0 ? 9000 : random.below(100));
+        Outcome<Units> const pieces = decodeWhole(std::string_view(bytes).substr(0, 1 << 14));
+        std::string_view const source = std::string_view(bytes).substr(0, 1 << 14);
+        std::size_t const first = pieces.losses.empty() ? npos : pieces.losses[0].first;
+        Report const expected{pieces.losses.size(), first};
+        Report report{99, 99};
+        Units const replaced = vynulib::decode(cs, source, OnError::replace, &report);
+        ASSERT_EQ(report, expected);
+        ASSERT_LE(replaced.size(), vynulib::maxUnits(cs, source.size()));
+        ASSERT_EQ(vynulib::decode(cs, source, OnError::drop, &report), pieces.text);
+        ASSERT_EQ(report, expected);
+        ASSERT_EQ(vynulib::decode(cs, source, OnError::stop), vynulib::decode(cs, source.substr(0, first)));
+        ASSERT_EQ(vynulib::isValid(cs, source), pieces.losses.empty());
+        // To a set that has all, by way of a piece of UTF-16: the same losses at the same places.
+        ASSERT_EQ(vynulib::transcode(cs, VYNCS_UTF16ESC, source, OnError::drop, &report),
+                  vynulib::encode(VYNCS_UTF16ESC, pieces.text));
+        ASSERT_EQ(report, expected);
+
+        Units const units = anyUnits(random.below(100));
+        std::string const escaped = vynulib::encode(cs, units, OnError::escape, &report);
+        ASSERT_LE(escaped.size(), vynulib::maxBytes(cs, units.size()));
+        std::size_t const lost = encodeWhole(units).losses.size();
+        ASSERT_EQ(report.losses, lost);
+        // From a set that has all, with the position in its bytes.
+        std::string const text = vynulib::encode(VYNCS_UTF16ESC, units);
+        ASSERT_EQ(vynulib::transcode(VYNCS_UTF16ESC, cs, text, OnError::escape, &report), escaped);
+        ASSERT_EQ(report.losses, lost);
+        if (lost != 0) {
+            ASSERT_EQ(vynulib::transcode(VYNCS_UTF16ESC, cs, text, OnError::stop),
+                      vynulib::transcode(VYNCS_UTF16ESC, cs, text.substr(0, report.firstLoss)));
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Sets, TranscodingSets, testing::ValuesIn(servedSets()),
+                         [](auto const& test) { return std::to_string(test.param); });
+
+TEST(Transcoding, TakesTheNamedSequences) {
+    struct Row {
+        VynCharSet cs;
+        std::string bytes;
+        bool last;
+        Progress expected; // of what is left after the characters before
+    };
+    auto const lost = [](std::size_t read, std::size_t written, std::size_t length) {
+        return Progress{Status::unconvertible, read, written, length};
+    };
+    auto const done = [](std::size_t read, std::size_t written) { return Progress{Status::done, read, written, 0}; };
+    Row const rows[] = {
+        {VYNCS_UTF8, "\xF0\x9F\x92"s + "A", true, lost(0, 0, 3)},
+        {VYNCS_UTF8, "\xF0\x9F\x92", true, lost(0, 0, 3)},
+        {VYNCS_UTF8, "\xF0\x9F\x92", false, done(0, 0)},
+        {VYNCS_UTF8, "\xC0\xAF", true, lost(0, 0, 1)},
+        {VYNCS_UTF8, "\xED\xA0\x80", true, lost(0, 0, 1)},
+        {VYNCS_UTF8, "\xF4\x90\x80\x80", true, lost(0, 0, 1)},
+        {VYNCS_UTF8, "\xE1\x80\xE2", true, lost(0, 0, 2)},
+        {VYNCS_UTF8, "a\0\xEF\xBB\xBF"s, true, done(5, 3)},
+        {VYNCS_UTF16, "\x00\xD8"s + "A\0"s, true, lost(0, 0, 2)},
+        {VYNCS_UTF16, "\x00\xD8\x41"s, false, done(0, 0)},
+        {VYNCS_UTF16, "\x00\xDC"s, false, lost(0, 0, 2)},
+        {VYNCS_UTF16, "A\0B"s, true, lost(2, 1, 1)},
+        {VYNCS_UTF16, "A\0B"s, false, done(2, 1)},
+        {VYNCS_UTF16BE, "\0A\xD8\x3D\xDE\0"s, true, done(6, 3)},
+        {VYNCS_UTF32, "\0\xD8\0\0"s, true, lost(0, 0, 4)},
+        {VYNCS_UTF32, "\0\0\x11\0"s, true, lost(0, 0, 4)},
+        {VYNCS_UTF32, "A\0\0\0B\0\0"s, true, lost(4, 1, 3)},
+        {VYNCS_UTF32BE, "\0\1\xF6\0"s, true, done(4, 2)},
+        {VYNCS_UTF16ESC, "U+00E", false, done(0, 0)},
+        {VYNCS_UTF16ESC, "U+00E", true, done(5, 5)},
+        {VYNCS_UTF16ESC, "U+D800x", true, done(7, 2)},
+        {VYNCS_UTF16ESC, "a\x80", true, lost(1, 1, 1)},
+        {VYNCS_EUC_JP, "\xA4\x22", true, lost(0, 0, 1)},
+        {VYNCS_EUC_JP, "\x7F", false, done(0, 0)},
+        {VYNCS_EUC_JP, "\x8F\x41", false, lost(0, 0, 1)},
+        {VYNCS_EUC_JP, "\x8F\xB0", false, done(0, 0)},
+        {VYNCS_EUC_JP, "\x80\xDC", true, done(2, 1)},
+        {VYNCS_WCP936, "\x81\x81", true, done(2, 1)}, // its converter encodes it and does not decode it
+        {VYNCS_WCP932, "\x81", false, done(0, 0)},
+        {VYNCS_WCP932, "\x81", true, lost(0, 0, 1)},
+        {VYNCS_WCP932, "\x87\x40", true, lost(0, 0, 2)},
+        {VYNCS_GB18030, "\x81\x30\x81", false, done(0, 0)},
+        {VYNCS_GB18030, "\x81\x30\x41", false, lost(0, 0, 1)},
+        {VYNCS_GB18030, "\x84\x31\xA5\x30", true, lost(0, 0, 4)},
+        {VYNCS_ISO_8859_8, "\xA1", true, lost(0, 0, 1)},
+    };
+    for (Row const& row : rows) {
+        char16_t units[16];
+        EXPECT_EQ(vynulib::decode(row.cs, row.bytes, units, 16, row.last), row.expected)
+            << row.cs << ' ' << testing::PrintToString(row.bytes);
+    }
+}
+
+TEST(Transcoding, LooksAtWhatFollowsAFullRoom) {
+    char16_t units[2];
+    char bytes[4];
+    struct {
+        std::string source;
+        bool last;
+        Progress expected;
+    } const decoded[] = {{"A", true, {Status::roomFull, 0, 0, 0}},
+                         {"\x80", true, {Status::unconvertible, 0, 0, 1}},
+                         {"\xC3", false, {Status::done, 0, 0, 0}},
+                         {"", true, {Status::done, 0, 0, 0}}};
+    for (auto const& [source, last, expected] : decoded)
+        EXPECT_EQ(vynulib::decode(VYNCS_UTF8, source, units, 0, last), expected) << source;
+    EXPECT_EQ(vynulib::decode(VYNCS_UTF8, "\xF0\x9F\x98\x80", units, 1, true), (Progress{Status::roomFull, 0, 0, 0}));
+    struct {
+        Units source;
+        bool last;
+        Progress expected;
+    } const encoded[] = {{u"\u3042", true, {Status::roomFull, 0, 0, 0}},
+                         {{0xDC00}, true, {Status::unconvertible, 0, 0, 1}},
+                         {{0xD800}, true, {Status::unconvertible, 0, 0, 1}},
+                         {{0xD800}, false, {Status::done, 0, 0, 0}},
+                         {{0xD83D, 0xDE00}, true, {Status::roomFull, 0, 0, 0}}};
+    for (auto const& [source, last, expected] : encoded)
+        EXPECT_EQ(vynulib::encode(VYNCS_UTF8, source, bytes, 2, last), expected);
+    EXPECT_EQ(vynulib::encode(VYNCS_KOI8R, u"\U0001F600", bytes, 4, true), (Progress{Status::unconvertible, 0, 0, 2}));
+}
+
+TEST(Transcoding, DoesWithALossWhatIsAskedFor) {
+    struct {
+        VynCharSet from, to;
+        std::string source;
+        OnError onError;
+        std::string result;
+        Report report;
+    } const rows[] = {
+        {VYNCS_UTF8, VYNCS_KOI8R, "a\xE6\x97\xA5z", OnError::replace, "a?z", {1, 1}},
+        {VYNCS_UTF8, VYNCS_KOI8R, "a\xF0\x9F\x98\x80z", OnError::escape, "aU+D83DU+DE00z", {1, 1}},
+        {VYNCS_UTF8, VYNCS_KOI8R, "a\xFFz\xE6\x97\xA5", OnError::replace, "a?z?", {2, 1}},
+        {VYNCS_UTF8, VYNCS_KOI8R, "a\xFFz", OnError::escape, "a?z", {1, 1}},
+        {VYNCS_UTF8, VYNCS_KOI8R, "\xEF\xBF\xBD", OnError::escape, "U+FFFD", {1, 0}}, // the character itself
+        {VYNCS_UTF8, VYNCS_KOI8R, "ab\xE6\x97\xA5", OnError::stop, "ab", {1, 2}},
+        {VYNCS_UTF8, VYNCS_GB18030, "\xFF", OnError::replace, "?", {1, 0}},
+        {VYNCS_UTF8, VYNCS_UTF16BE, "\xFF", OnError::replace, "\xFF\xFD", {1, 0}},
+        {VYNCS_UTF16ESC,
+         VYNCS_UTF32BE,
+         "U+D800",
+         OnError::escape,
+         "\0\0\0U\0\0\0+\0\0\0D\0\0\0008\0\0\0000\0\0\0000"s,
+         {1, 0}},
+        {VYNCS_UTF16ESC, VYNCS_UTF8, "U+D83DU+DE00", OnError::stop, "\xF0\x9F\x98\x80", {0, npos}},
+        // What is dropped still separates the halves of a pair.
+        {VYNCS_UTF16ESC, VYNCS_UTF8, "U+D83D\x80U+DE00", OnError::drop, "", {3, 0}},
+    };
+    for (auto const& row : rows) {
+        Report report;
+        EXPECT_EQ(vynulib::transcode(row.from, row.to, row.source, row.onError, &report), row.result) << row.source;
+        EXPECT_EQ(report, row.report) << row.source;
+    }
+    EXPECT_EQ(vynulib::decode(VYNCS_UTF8, "a\xFFz", OnError::escape), u"a\uFFFDz");
+    EXPECT_EQ(vynulib::encode(VYNCS_UTF8, Units{u'a', 0xD800}, OnError::replace), "a\xEF\xBF\xBD");
+}
+
+TEST(Transcoding, RefusesSetsThatAreNotServed) {
+    for (int const number : {0, -1, 28602, 50220, 51950}) {
+        auto const cs = VynCharSet(number);
+        EXPECT_THROW(vynulib::decode(cs, "a"), std::invalid_argument) << number;
+        EXPECT_THROW(vynulib::encode(cs, u"a"), std::invalid_argument) << number;
+        EXPECT_THROW(vynulib::transcode(VYNCS_UTF8, cs, "a"), std::invalid_argument) << number;
+        EXPECT_THROW(vynulib::isValid(cs, ""), std::invalid_argument) << number;
+        EXPECT_THROW(vynulib::maxUnits(cs, 1), std::invalid_argument) << number;
+        EXPECT_THROW(vynulib::maxBytes(cs, 1), std::invalid_argument) << number;
+    }
+    EXPECT_EQ(vynulib::decode(VYNCS_OS_DEFAULT, "a"), u"a");
+    EXPECT_EQ(vynulib::maxBytes(VYNCS_UTF8, npos / 2), npos);
+}
+
+} // namespace
