@@ -4,10 +4,12 @@
 
 // There where the program runs with the sanitizer's runtime, whether the library was built with it or not.
 extern "C" {
+// NOLINTBEGIN(bugprone-reserved-identifier): the sanitizers' own names
 void __asan_init() __attribute__((weak));
 void __hwasan_init() __attribute__((weak));
 void __msan_init() __attribute__((weak));
 void __tsan_init() __attribute__((weak));
+// NOLINTEND(bugprone-reserved-identifier)
 }
 
 namespace vyn {

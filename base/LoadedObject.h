@@ -15,7 +15,7 @@ union LoadedObject {
     struct Later {};
     constexpr explicit LoadedObject(Later) : none() {}
 
-    constexpr ~LoadedObject() {}
+    constexpr ~LoadedObject() {} // NOLINT(modernize-use-equals-default): a default one would be deleted
 
     void create() { new (&object) T(); }
     void destroy() noexcept { object.~T(); }

@@ -43,14 +43,16 @@ constexpr SingleByteSet singleByteSets[] = {
 };
 constexpr std::size_t singleByteCount = std::size(singleByteSets);
 
-struct Converters {
-    constexpr Converters() : Converters(std::make_index_sequence<singleByteCount>()) {}
-
+struct SingleByteConverters {
     template <std::size_t... I>
-    constexpr explicit Converters(std::index_sequence<I...>)
-        : singleByte{{singleByteSets[I].map, singleByteSets[I].cs}...} {}
+    constexpr explicit SingleByteConverters(std::index_sequence<I...>)
+        : bySet{{singleByteSets[I].map, singleByteSets[I].cs}...} {}
 
-    VynCharSetConverterSBCS singleByte[singleByteCount];
+    VynCharSetConverterSBCS bySet[singleByteCount];
+};
+
+struct Converters {
+    SingleByteConverters singleByte{std::make_index_sequence<singleByteCount>()};
     VynCharSetConverterDBCS wcp932{oCP932map, oCP932Type, VYNCS_WCP932};
     VynCharSetConverterDBCS wcp936{oCP936map, oCP936Type, VYNCS_WCP936};
     VynCharSetConverterDBCS wcp949{oCP949map, oCP949Type, VYNCS_WCP949};
@@ -92,7 +94,7 @@ constexpr auto registrationOrder = [] {
     };
     std::array<vyn::ServedSet, singleByteCount + std::size(others)> order{};
     for (std::size_t i = 0; i < singleByteCount; ++i)
-        order[i] = {singleByteSets[i].cs, &all.singleByte[i], &vyn::singleByteOperations};
+        order[i] = {singleByteSets[i].cs, &all.singleByte.bySet[i], &vyn::singleByteOperations};
     std::copy(std::begin(others), std::end(others), order.begin() + singleByteCount);
     return order;
 }();

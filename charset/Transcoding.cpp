@@ -242,7 +242,8 @@ std::size_t maxUnits(VynCharSet from, std::size_t bytes) {
 
 std::size_t maxBytes(VynCharSet to, std::size_t units) {
     // An escape takes more elements than any character of one unit.
-    return saturatedProduct(units, vyn::unitEscapeLength * vyn::requireServedSet(to).operations->elementSize);
+    std::size_t const escapeLength = vyn::unitEscapeLength;
+    return saturatedProduct(units, escapeLength * vyn::requireServedSet(to).operations->elementSize);
 }
 
 } // namespace vynulib

@@ -18,6 +18,8 @@ struct Terminated {
     Element operator[](unsigned i) const { return at[i]; }
     bool has(unsigned i) const { return at[i] != 0; }
 };
+template <class E>
+Terminated(E const*) -> Terminated<E>;
 
 /// A text of which the first two elements are no terminator.
 template <class E>
@@ -42,6 +44,8 @@ struct Limited {
     Element operator[](unsigned i) const { return at[i]; }
     bool has(unsigned i) const { return i < left && at[i] != 0; }
 };
+template <class E>
+Limited(E const*, unsigned long) -> Limited<E>;
 
 /// A text that ends after `left` elements: zeros are elements like others.
 template <class E>
@@ -54,6 +58,8 @@ struct Bounded {
     Element operator[](unsigned i) const { return at[i]; }
     bool has(unsigned i) const { return i < left; }
 };
+template <class E>
+Bounded(E const*, std::size_t) -> Bounded<E>;
 
 /// A text with all that its first character may need.
 template <class E>

@@ -16,7 +16,7 @@ class VynUStringList;
 // conversions to them, so that no call has more meanings for it.
 namespace vyn {
 
-static_assert(sizeof(char16_t) == sizeof(unsigned short) && alignof(char16_t) == alignof(unsigned short));
+static_assert(sizeof(char16_t) == sizeof(unsigned short));
 
 template <class T>
 constexpr bool isUnit = std::is_same_v<T, char16_t> || std::is_same_v<T, int>;
