@@ -45,16 +45,12 @@ bool isTagged() {
     return control > 0 && (static_cast<unsigned>(control) & PR_MTE_TCF_MASK) != PR_MTE_TCF_NONE;
 }
 
-constinit bool areChecked = true;
-
 [[gnu::constructor]] void findChecker() {
-    areChecked = isSanitized() || isUnderValgrind() || isTagged();
+    readsAreChecked = isSanitized() || isUnderValgrind() || isTagged();
 }
 
 } // namespace
 
-bool readsAreChecked() noexcept {
-    return areChecked;
-}
+constinit bool readsAreChecked = true;
 
 } // namespace vyn

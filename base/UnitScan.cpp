@@ -2,6 +2,8 @@
 
 #include "base/CheckedReads.h"
 
+#include <algorithm>
+
 namespace vyn {
 namespace {
 
@@ -19,17 +21,19 @@ __attribute__((no_sanitize("address", "thread"))) bool alignedBlockHasZero(unsig
 } // namespace
 
 unsigned long unitLength(unsigned short const* text, unsigned long maxUnits) noexcept {
-    unsigned short const* at = text;
-    unsigned long left = maxUnits;
-    bool const byBlocks = !readsAreChecked();
-    for (; left != 0 && (!byBlocks || reinterpret_cast<std::uintptr_t>(at) % readableStretch != 0); ++at, --left)
-        if (*at == 0)
-            return maxUnits - left;
-    for (; left >= blockUnits && !alignedBlockHasZero(at); left -= blockUnits)
-        at += blockUnits;
-    for (; left != 0 && *at != 0; --left)
-        ++at;
-    return maxUnits - left;
+    auto const address = reinterpret_cast<std::uintptr_t>(text);
+    bool const byBlocks = !readsAreChecked && address % sizeof *text == 0;
+    unsigned long const head = byBlocks ? std::min(-address % readableStretch / sizeof *text, maxUnits) : maxUnits;
+    unsigned long length = 0;
+    while (length < head && text[length] != 0)
+        ++length;
+    if (length < head)
+        return length;
+    while (maxUnits - length >= blockUnits && !alignedBlockHasZero(text + length))
+        length += blockUnits;
+    while (length < maxUnits && text[length] != 0)
+        ++length;
+    return length;
 }
 
 } // namespace vyn

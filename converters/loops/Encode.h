@@ -81,10 +81,11 @@ bool encodeCharacter(Codec const& codec, EncodeCursor<typename Codec::Element>& 
     return true;
 }
 
-/// The most elements that a unit becomes.
+/// Units that fit for certain, whatever they become. Divides by constants, which costs less than a short text.
 template <Encodes Codec>
-constexpr unsigned long mostElementsPerUnit(ILLCHAR_OPTYPE op) {
-    return op == ILLCHAR_ESCAPE ? std::max(Codec::maxElementsPerUnit, unitEscapeLength) : Codec::maxElementsPerUnit;
+constexpr unsigned long unitsThatFit(unsigned long room, ILLCHAR_OPTYPE op) {
+    constexpr unsigned escaped = std::max(Codec::maxElementsPerUnit, unitEscapeLength);
+    return op == ILLCHAR_ESCAPE ? room / escaped : room / Codec::maxElementsPerUnit;
 }
 
 /// `VynCharSetConverter::fromUTF16` of the set whose codec `codecOf` returns.
@@ -104,7 +105,7 @@ unsigned long encodeText(CodecOf codecOf, void* dst, unsigned short const* src, 
         if constexpr (EncodesBlocks<Codec>)
             if (untilBulk-- == 0) {
                 // The fast path: regular characters, as far as neither terminator nor room can end the text.
-                unsigned long const ahead = run.ahead(at.src, at.room / mostElementsPerUnit<Codec>(op));
+                unsigned long const ahead = run.ahead(at.src, unitsThatFit<Codec>(at.room, op));
                 at.took(codec.encodeBlocks(at.src, at.src + ahead, at.dst));
                 untilBulk = charactersBetweenRuns;
                 continue;
