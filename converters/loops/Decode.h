@@ -33,7 +33,8 @@ inline unsigned short* writeUnits(unsigned short* dst, Decoded const& found) {
 
 /// The literal path: one character, with all that may happen to it. False: the text ends before it.
 template <Decodes Codec>
-bool decodeCharacter(Codec const& codec, DecodeCursor<typename Codec::Element>& at, Decoded& found, ILLCHAR_OPTYPE op) {
+[[gnu::always_inline]] inline bool decodeCharacter(Codec const& codec, DecodeCursor<typename Codec::Element>& at,
+                                                   Decoded& found, ILLCHAR_OPTYPE op) {
     found = codec.decodeOne(Terminated{at.src});
     if (found.units > at.room) {
         if constexpr (!ReplacesPairsOutOfRoom<Codec>)
@@ -50,6 +51,21 @@ bool decodeCharacter(Codec const& codec, DecodeCursor<typename Codec::Element>& 
     at.room -= found.units;
     at.src += found.elements;
     return true;
+}
+
+/// What can't be converted and follows each other, as it does in hostile text, which must not cost much more than other
+/// text. For policies that replace, without a source limit.
+template <Decodes Codec>
+[[gnu::always_inline]] inline void decodeReplacements(Codec const& codec, DecodeCursor<typename Codec::Element>& at) {
+    while (at.room != 0 && *at.src != 0) {
+        Decoded const found = codec.decodeOne(Terminated{at.src});
+        if (found.mapped)
+            return;
+        *at.dst = static_cast<unsigned short>(replacementCharacter);
+        at.dst += found.units;
+        at.room -= found.units;
+        at.src += found.elements;
+    }
 }
 
 /// The bulk form of a codec that has none of its own: mapped characters step by step, without a test of room and end of
@@ -108,6 +124,8 @@ unsigned long decodeText(CodecOf codecOf, unsigned short* dst, void const* src, 
             break;
         if (limit > 0 && found.limited && at.src - start >= limit)
             break;
+        if (limit <= 0 && !found.mapped)
+            decodeReplacements(codec, at);
     }
     *at.dst = 0;
     if (illegal)

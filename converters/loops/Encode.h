@@ -44,14 +44,23 @@ void writeCode(Unaligned<Value, Order>* dst, std::uint64_t code, unsigned elemen
 /// Writes what stands for a character that can't be converted: an escape for each unit, or one "?" for all. False: the
 /// text ends before it.
 template <Encodes Codec>
-bool encodeReplacement(Codec const& codec, EncodeCursor<typename Codec::Element>& at, unsigned units,
-                       ILLCHAR_OPTYPE op) {
+[[gnu::always_inline]] inline bool encodeReplacement(Codec const& codec, EncodeCursor<typename Codec::Element>& at,
+                                                     unsigned units, ILLCHAR_OPTYPE op) {
     at.sawIllegal = true;
     if (op == ILLCHAR_STOP)
         return false;
     if (op != ILLCHAR_ESCAPE) {
-        *at.dst = replacementElement;
-        at.took(units, 1);
+        // Such characters follow each other in hostile text, which must not cost much more than other text.
+        for (;;) {
+            *at.dst = replacementElement;
+            at.took(units, 1);
+            if (at.room == 0 || *at.src == 0)
+                break;
+            Encoded const next = codec.encodeOne(Terminated{at.src});
+            if (next.mapped || next.endsText)
+                break;
+            units = next.units;
+        }
         return true;
     }
     if (at.room < units * unitEscapeLength)
@@ -68,7 +77,8 @@ bool encodeReplacement(Codec const& codec, EncodeCursor<typename Codec::Element>
 
 /// The literal path: one character, with all that may happen to it. False: the text ends before it.
 template <Encodes Codec>
-bool encodeCharacter(Codec const& codec, EncodeCursor<typename Codec::Element>& at, ILLCHAR_OPTYPE op) {
+[[gnu::always_inline]] inline bool encodeCharacter(Codec const& codec, EncodeCursor<typename Codec::Element>& at,
+                                                   ILLCHAR_OPTYPE op) {
     Encoded const found = codec.encodeOne(Terminated{at.src});
     if (found.endsText)
         return false;
