@@ -16,7 +16,7 @@ namespace {
 std::string defaultSetIn(std::optional<std::string> const& lang) {
     std::string const variable = lang ? " LANG='" + *lang + "' " : " ";
     std::FILE* const output =
-        popen(("env -i ASAN_OPTIONS=\"$ASAN_OPTIONS\"" + variable + DEFAULT_SET_PATH).c_str(), "r");
+        popen(("env -i ASAN_OPTIONS=\"$ASAN_OPTIONS\"" + variable + DEFAULT_SET_COMMAND).c_str(), "r");
     char text[64];
     std::size_t const length = std::fread(text, 1, sizeof text, output);
     return pclose(output) == 0 ? std::string(text, length) : "failure";

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# Converts the sample text of every set from UTF-8 to the set and back: there-and-back.sh vynconv sample-directory work-directory
+# Converts the sample text of every set from UTF-8 to the set and back:
+# there-and-back.sh sample-directory work-directory command-line-of-vynconv...
 set -uo pipefail
 
-vynconv=$1 samples=$2 encoded=$3/encoded back=$3/back
+samples=$1 encoded=$2/encoded back=$2/back vynconv=("${@:3}")
 sets=0 failures=0
 
 fail() {
@@ -17,9 +18,9 @@ while read -r _ name; do
     sample=$samples/${sample,,}.txt
     if ! LC_ALL=C grep -q '[^ -~]' "$sample"; then
         fail "no sample beyond ASCII"
-    elif ! "$vynconv" -f UTF8 -t "$name" --on-error=stop -o "$encoded" "$sample"; then
+    elif ! "${vynconv[@]}" -f UTF8 -t "$name" --on-error=stop -o "$encoded" "$sample"; then
         fail "not encoded"
-    elif ! "$vynconv" -f "$name" -t UTF8 --on-error=stop -o "$back" "$encoded"; then
+    elif ! "${vynconv[@]}" -f "$name" -t UTF8 --on-error=stop -o "$back" "$encoded"; then
         fail "not decoded"
     elif ! cmp "$sample" "$back"; then
         fail "came back as another text"
@@ -27,7 +28,7 @@ while read -r _ name; do
         fail "is UTF-8"
     fi
     rm -f "$encoded" "$back"
-done < <("$vynconv" --list)
+done < <("${vynconv[@]}" --list)
 
 echo "$sets sets, $failures failures"
 [[ $sets -eq 41 && $failures -eq 0 ]]

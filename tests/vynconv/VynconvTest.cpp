@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using namespace std::string_literals;
 
-constexpr std::size_t chunkBytes = 256 * 1024; // what the command reads at a time
+constexpr std::size_t chunkBytes = 256UL * 1024; // what the command reads at a time
 
 struct Outcome {
     int code;
@@ -47,13 +47,13 @@ protected:
     }
     ~Vynconv() override { fs::remove_all(dir); }
 
-    /// `line` are the arguments as the shell takes them.
-    Outcome run(std::string const& line, std::string const& input = {}) {
+    /// `line` are the arguments as the shell takes them, `closing` what closes standard descriptors.
+    Outcome run(std::string const& line, std::string const& input = {}, std::string const& closing = {}) {
         for (char const* name : {"in", "out", "err"})
             fs::remove(dir / name); // truncating a file just written can make the file system wait for the disk
         writeFile(dir / "in", input);
-        std::string const command =
-            "cd " + (dir / "work").string() + " && exec " VYNCONV_PATH " " + line + " <../in >../out 2>../err";
+        std::string const command = "cd " + (dir / "work").string() + " && exec " VYNCONV_COMMAND " " + line +
+                                    " <../in >../out 2>../err " + closing;
         int const status = std::system(command.c_str());
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(dir / "out"), readFile(dir / "err")};
     }
@@ -137,6 +137,34 @@ TEST_F(Vynconv, ConvertsAndReports) {
         EXPECT_EQ(got.code, c.code);
         EXPECT_EQ(got.out, c.out);
         EXPECT_TRUE(*c.err ? got.err.find(c.err) != std::string::npos : got.err.empty()) << got.err;
+    }
+}
+
+// The first file that the command opens would get the number of a closed descriptor.
+TEST_F(Vynconv, StartedWithoutStandardDescriptors) {
+    struct Case {
+        char const* name;
+        char const* closing;
+        char const* args;
+        int code;
+        std::string err;
+        char const* file; // what `out` then holds; null where there must be none
+    };
+    Case const cases[] = {
+        {"input", "<&-", "-o out", 2, "vynconv: can't read standard input: Bad file descriptor\n", nullptr},
+        {"input by name", "<&-", "-o out /dev/stdin", 2, "vynconv: can't read /dev/stdin: Is a directory\n", nullptr},
+        {"output", ">&-", "", 2, "vynconv: can't write standard output: Bad file descriptor\n", nullptr},
+        {"messages", "2>&-", "-o out", 1, "", "?"},
+        {"all", "<&- >&- 2>&-", "-o out", 2, "", nullptr},
+    };
+    for (Case const& c : cases) {
+        SCOPED_TRACE(c.name);
+        Outcome const got = run("-f utf8 -t koi8r "s + c.args, "\u4E00", c.closing);
+        EXPECT_EQ(got.code, c.code);
+        EXPECT_EQ(got.err, c.err);
+        EXPECT_EQ(fs::exists(work("out")), c.file != nullptr);
+        EXPECT_EQ(readFile(work("out")), c.file ? c.file : "");
+        fs::remove(work("out"));
     }
 }
 

@@ -59,21 +59,17 @@ bool Encoder::encode(unsigned short* text, std::size_t length) {
 // The first zero or lone high surrogate. Converters end at the one and differ in what they do with the other: one drops
 // what stands behind it, one ends there without a word.
 std::size_t Encoder::findBreak(unsigned short const* text, std::size_t begin, std::size_t length) const {
-    std::size_t i = skipPlainBlocks(text, begin, length);
-    while (i < length) {
-        if (!mayBreak(text[i])) {
+    for (std::size_t i = skipPlainBlocks(text, begin, length); i < length; ++i) {
+        if (text[i] == 0)
+            return i;
+        if (!vyn::isHighSurrogate(text[i]))
+            continue;
+        if (i + 1 < length && vyn::isLowSurrogate(text[i + 1]))
             ++i;
-        } else if (text[i] == 0) {
-            break;
-        } else if (i + 1 < length && vyn::isLowSurrogate(text[i + 1])) {
-            i += 2;
-        } else if (m_holdsLoneSurrogates) {
-            ++i;
-        } else {
-            break;
-        }
+        else if (!m_holdsLoneSurrogates)
+            return i;
     }
-    return i;
+    return length;
 }
 
 bool Encoder::encodeRun(unsigned short const* text, std::size_t length) {

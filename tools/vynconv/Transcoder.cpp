@@ -11,7 +11,7 @@
 namespace vynconv {
 namespace {
 
-constexpr std::size_t chunkBytes = 256 * 1024;
+constexpr std::size_t chunkBytes = 256UL * 1024;
 
 std::size_t countLines(Text const& text, std::size_t length) {
     auto const begin = text.units.begin();

@@ -4,6 +4,7 @@
 #include "tools/vynconv/Options.h"
 #include "tools/vynconv/Output.h"
 #include "tools/vynconv/Progress.h"
+#include "tools/vynconv/StandardDescriptors.h"
 #include "tools/vynconv/Transcoder.h"
 
 #include <csignal>
@@ -70,6 +71,7 @@ ExitCode run(Options const& options) {
 int main(int argc, char** argv) {
     std::signal(SIGPIPE, SIG_IGN); // a closed pipe is a write error like others
     try {
+        fillClosedStandardDescriptors();
         return run(parseOptions(argc, argv));
     } catch (UsageFailure const& failure) {
         std::fprintf(stderr, "vynconv: %s\nvynconv --help tells how it is used.\n", failure.what());
