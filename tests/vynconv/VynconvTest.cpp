@@ -343,12 +343,15 @@ TEST_F(Vynconv, OutputThatIsThere) {
 }
 
 TEST_F(Vynconv, InputThatGrowsIsRefused) {
-    writeFile(work("file"), "a");
-    int const out = open(work("file").c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
-    Outcome const got = finish(start({"-f", "utf8", "-t", "utf8", "file"}, open("/dev/null", O_RDONLY), out));
-    EXPECT_EQ(got.code, 2);
-    EXPECT_EQ(got.err, "vynconv: file is the output file as well\n");
-    EXPECT_EQ(readFile(work("file")), "a");
+    std::string const file = work("file");
+    writeFile(file, "a");
+    for (auto const& [argument, message] : {std::pair{"file", "file"}, {"-", "standard input"}}) {
+        int const out = open(file.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+        Outcome const got = finish(start({"-f", "utf8", argument}, open(file.c_str(), O_RDONLY | O_CLOEXEC), out));
+        EXPECT_EQ(got.code, 2);
+        EXPECT_EQ(got.err, "vynconv: "s + message + " is the output file as well\n");
+        EXPECT_EQ(readFile(file), "a");
+    }
 }
 
 TEST_F(Vynconv, ClosedPipeEndsItQuietly) {

@@ -35,7 +35,7 @@ std::vector<VynCharSet> servedSets() {
 std::string folded(std::string_view name) {
     std::string text;
     for (char const c : name)
-        if (c != '-' && c != '_' && c != ' ')
+        if (c != '-' && c != '_' && c != ' ' && c != '\t')
             text += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     return text.starts_with("vyncs") ? text.substr(5) : text;
 }
@@ -105,10 +105,11 @@ std::string byteOrderMark(VynCharSet cs) {
 std::string listCharacterSets() {
     std::string list;
     for (VynCharSet const cs : servedSets()) {
-        char line[80];
-        std::snprintf(line, sizeof line, "%5d %-17s %s\n", cs, VynCharSetToString(cs),
-                      vynulib::preferredName(cs).data());
+        char line[64];
+        std::snprintf(line, sizeof line, "%5d %-17s ", cs, VynCharSetToString(cs));
         list += line;
+        list += vynulib::preferredName(cs);
+        list += '\n';
     }
     return list;
 }

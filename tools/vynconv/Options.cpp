@@ -99,59 +99,69 @@ std::string wrongOption(char const* argument) {
     return isShort ? "-" + printable(std::string(1, static_cast<char>(optopt))) : printable(argument);
 }
 
+struct SetNames {
+    std::string from = "OS_DEFAULT";
+    std::string to = from;
+};
+
+void take(int option, char const* value, Options& options, SetNames& names) {
+    switch (option) {
+    case 'f':
+        names.from = value;
+        break;
+    case 't':
+        names.to = value;
+        break;
+    case 'o':
+        options.output = value;
+        break;
+    case 'c':
+        options.onError = OnError::drop;
+        break;
+    case optionOnError:
+        options.onError = parseOnError(value);
+        break;
+    case optionBom:
+        options.mark = true;
+        break;
+    case optionOverwrite:
+        options.overwrite = true;
+        break;
+    case 'l':
+    case optionList:
+        options.action = Action::list;
+        break;
+    case optionDetect:
+        options.action = Action::detect;
+        break;
+    case optionHelp:
+        options.action = Action::help;
+        break;
+    case optionVersion:
+        options.action = Action::version;
+        break;
+    default:
+        break;
+    }
+}
+
 } // namespace
 
 Options parseOptions(int argc, char** argv) {
     Options options;
-    std::string from = "OS_DEFAULT";
-    std::string to = from;
+    SetNames names;
     opterr = 0;
     for (int found; (found = ::getopt_long(argc, argv, ":f:t:o:cl", longOptions, nullptr)) != -1;) {
-        switch (found) {
-        case 'f':
-            from = optarg;
-            break;
-        case 't':
-            to = optarg;
-            break;
-        case 'o':
-            options.output = optarg;
-            break;
-        case 'c':
-            options.onError = OnError::drop;
-            break;
-        case optionOnError:
-            options.onError = parseOnError(optarg);
-            break;
-        case optionBom:
-            options.mark = true;
-            break;
-        case optionOverwrite:
-            options.overwrite = true;
-            break;
-        case 'l':
-        case optionList:
-            options.action = Action::list;
-            break;
-        case optionDetect:
-            options.action = Action::detect;
-            break;
-        case optionHelp:
-            options.action = Action::help;
-            break;
-        case optionVersion:
-            options.action = Action::version;
-            break;
-        case ':':
-            throw UsageFailure(wrongOption(argv[optind - 1]) + " needs a value");
-        default:
+        if (found == '?')
             throw UsageFailure("wrong option " + wrongOption(argv[optind - 1]));
-        }
+        if (found == ':')
+            throw UsageFailure(wrongOption(argv[optind - 1]) + " needs a value");
+        take(found, optarg, options, names);
     }
     if (options.action != Action::convert)
         return options;
-    options.from = findInputSet(from);
-    options.to = findSet(to);
+    options.from = findInputSet(names.from);
+    options.to = findSet(names.to);
     if (options.mark && byteOrderMark(options.to).empty())
         throw UsageFailure("--bom needs an output in UTF-8, UTF-16 or UTF-32");
     options.files.assign(argv + optind, argv + argc);

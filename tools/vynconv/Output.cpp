@@ -29,8 +29,9 @@ mode_t modeOfNewFiles() {
 // Before the mode is set, as it can take rights away. Others than root can't give a file to its owner, but to a group
 // that they are in.
 void keepOwner(int file, struct stat const& existing) {
-    if (::fchown(file, existing.st_uid, existing.st_gid) != 0) [[maybe_unused]]
-        int const kept = ::fchown(file, static_cast<uid_t>(-1), existing.st_gid);
+    if (::fchown(file, existing.st_uid, existing.st_gid) == 0)
+        return;
+    [[maybe_unused]] int const groupKept = ::fchown(file, static_cast<uid_t>(-1), existing.st_gid);
 }
 
 } // namespace
@@ -82,8 +83,7 @@ void Output::openTemporary(struct stat const* existing) {
         fail();
     if (existing)
         keepOwner(m_file, *existing);
-    if (::fchmod(m_file, existing ? existing->st_mode & 0777 : modeOfNewFiles()) != 0)
-        fail();
+    ::fchmod(m_file, existing ? existing->st_mode & 0777 : modeOfNewFiles()); // some file systems know no modes
 }
 
 void Output::refuseInput(std::string const& input) const {
