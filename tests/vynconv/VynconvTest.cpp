@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <spawn.h>
+#include <sys/ioctl.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -297,6 +298,28 @@ TEST_F(Vynconv, RandomFilesThroughPipes) {
               " at offset " + std::to_string(report.firstLoss) + ", not in "})
             EXPECT_EQ(got.err.find(part) == std::string::npos, report.losses == 0) << part << " of " << got.err;
     }
+}
+
+TEST_F(Vynconv, EachFileStandsAlone) {
+    std::string const message = ": 1 character could not be converted, in line 2: bytes C3 at offset 5, not in UTF-8\n";
+    for (char const* const name : {"first", "second"})
+        writeFile(work(name), "\uFEFFx\n\xC3");
+    Outcome const got = run({"-f", "utf8", "-t", "koi8r", "first", "second"});
+    EXPECT_EQ(got.out, "x\n?x\n?");
+    EXPECT_EQ(got.err, "vynconv: first" + message + "vynconv: second" + message);
+}
+
+TEST_F(Vynconv, MarkByteByByte) {
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    pid_t const child = start({"-f", "UTF-16", "-t", "utf8"}, ends[0], openOut());
+    for (char const byte : "\xFE\xFF\0a"s) {
+        EXPECT_EQ(write(ends[1], &byte, 1), 1);
+        for (int unread = 1; unread != 0; std::this_thread::sleep_for(std::chrono::milliseconds(1)))
+            ASSERT_EQ(ioctl(ends[1], FIONREAD, &unread), 0);
+    }
+    close(ends[1]);
+    EXPECT_EQ(finish(child).out, "a");
 }
 
 TEST_F(Vynconv, OutputIsWholeOrAbsent) {
