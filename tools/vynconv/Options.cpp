@@ -46,10 +46,11 @@ UTF-16LE and the numbers as well: then only a mark of that order is taken for on
 
 OUT appears whole or not at all: the text is written to a temporary file beside it,
 which then takes its place. OUT may be one of the files. A link stays a link to the
-file; the file keeps its permissions and its group, and its owner where root converts,
-but loses other (hard) links to it, access control lists and extended attributes. With
---overwrite it keeps them all, but may be left incomplete, and must not be one of the
-files; devices and pipes are always written so.
+file. The file keeps its permissions, its group if the user is in that, and its owner
+if root converts; other (hard) links to it keep the old text, and access control lists
+and extended attributes are lost. With --overwrite the file stays the same one, but may
+be left incomplete, and must not be one of the files. Devices and pipes are written
+directly in any case.
 
 What is lost is told on standard error, for each file: how many characters or malformed
 sequences, and the line, the bytes and the offset (from 0, in bytes) of the first.
