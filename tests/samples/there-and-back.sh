@@ -12,7 +12,7 @@ fail() {
 }
 
 # The sample of VYNCS_KOI8R is koi8r.txt.
-while read -r _ name; do
+while read -r _ name _; do
     sets=$((sets + 1))
     sample=${name#VYNCS_}
     sample=$samples/${sample,,}.txt
@@ -31,4 +31,4 @@ while read -r _ name; do
 done < <("${vynconv[@]}" --list)
 
 echo "$sets sets, $failures failures"
-[[ $sets -eq 41 && $failures -eq 0 ]]
+[[ $sets -eq 43 && $failures -eq 0 ]]

@@ -1,32 +1,48 @@
 #include "tests/support/Random.h"
 
-#include <vynulib/VynCharSetConverter.h>
+#include <vynulib/Transcoding.h>
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/ioctl.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <chrono>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 #include <string>
+#include <thread>
 #include <vector>
 
 namespace {
 
 namespace fs = std::filesystem;
 using namespace std::string_literals;
+using vynulib::OnError;
 
 constexpr std::size_t chunkBytes = 256UL * 1024; // what the command reads at a time
 
 struct Outcome {
-    int code;
+    int code; // negative: the signal that ended it
     std::string out, err;
 };
+
+using Words = std::vector<std::string>;
+
+Words split(std::string const& line) {
+    std::istringstream words(line);
+    return {std::istream_iterator<std::string>(words), {}};
+}
 
 std::string readFile(fs::path const& path) {
     std::ifstream file(path, std::ios::binary);
@@ -41,28 +57,62 @@ void writeFile(fs::path const& path, std::string const& bytes) {
 class Vynconv : public ::testing::Test {
 protected:
     Vynconv() {
-        std::string pattern = fs::temp_directory_path() / "vynconv-test-XXXXXX";
+        std::string pattern = fs::temp_directory_path() / "vynconv's (test)-XXXXXX";
         dir = mkdtemp(pattern.data());
-        fs::create_directory(dir / "work");
+        fs::create_directory(work());
+        std::signal(SIGPIPE, SIG_IGN);
     }
     ~Vynconv() override { fs::remove_all(dir); }
 
-    /// `line` are the arguments as the shell takes them, `closing` what closes standard descriptors.
-    Outcome run(std::string const& line, std::string const& input = {}, std::string const& closing = {}) {
-        for (char const* name : {"in", "out", "err"})
-            fs::remove(dir / name); // truncating a file just written can make the file system wait for the disk
+    fs::path work(char const* name = "") const { return dir / "work" / name; }
+    long fileCount() const { return std::distance(fs::directory_iterator(work()), {}); }
+
+    /// Descriptors 0 and 1 of the command are `in` and `out`; those in `closed` are closed.
+    pid_t start(Words const& args, int in, int out, std::vector<int> const& closed = {}) {
+        Words words = {VYNCONV_COMMAND};
+        words.insert(words.end(), args.begin(), args.end());
+        std::vector<char*> argv;
+        for (std::string& word : words)
+            argv.push_back(word.data());
+        argv.push_back(nullptr);
+
+        posix_spawn_file_actions_t actions;
+        posix_spawn_file_actions_init(&actions);
+        posix_spawn_file_actions_adddup2(&actions, in, 0);
+        posix_spawn_file_actions_adddup2(&actions, out, 1);
+        posix_spawn_file_actions_addopen(&actions, 2, (dir / "err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        posix_spawn_file_actions_addchdir_np(&actions, work().c_str());
+        for (int const descriptor : closed)
+            posix_spawn_file_actions_addclose(&actions, descriptor);
+        posix_spawnattr_t attributes;
+        posix_spawnattr_init(&attributes);
+        sigset_t defaults;
+        sigemptyset(&defaults);
+        sigaddset(&defaults, SIGPIPE);
+        posix_spawnattr_setsigdefault(&attributes, &defaults);
+        posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
+        pid_t child = -1;
+        EXPECT_EQ(posix_spawn(&child, argv[0], &actions, &attributes, argv.data(), environ), 0) << argv[0];
+        posix_spawnattr_destroy(&attributes);
+        posix_spawn_file_actions_destroy(&actions);
+        close(in);
+        close(out);
+        return child;
+    }
+
+    Outcome finish(pid_t child) {
+        int status = 0;
+        waitpid(child, &status, 0);
+        int const code = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+        return {code, readFile(dir / "out"), readFile(dir / "err")};
+    }
+
+    int openOut() { return open((dir / "out").c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600); }
+
+    Outcome run(Words const& args, std::string const& input = {}, std::vector<int> const& closed = {}) {
         writeFile(dir / "in", input);
-        std::string const command = "cd " + (dir / "work").string() + " && exec " VYNCONV_COMMAND " " + line +
-                                    " <../in >../out 2>../err " + closing;
-        int const status = std::system(command.c_str());
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, readFile(dir / "out"), readFile(dir / "err")};
+        return finish(start(args, open((dir / "in").c_str(), O_RDONLY | O_CLOEXEC), openOut(), closed));
     }
-
-    Outcome convert(VynCharSet from, VynCharSet to, std::string const& input) {
-        return run("-f " + std::to_string(from) + " -t " + std::to_string(to), input);
-    }
-
-    fs::path work(char const* name) const { return dir / "work" / name; }
 
     fs::path dir;
 };
@@ -72,94 +122,104 @@ std::string bytesOf(std::basic_string<Unit> const& text) {
     return {reinterpret_cast<char const*>(text.data()), text.size() * sizeof text[0]};
 }
 
-// What the library makes of a whole text in one call.
-std::string encodeWhole(VynCharSet cs, std::u16string const& text) {
-    std::string bytes(text.size() * 6 + 4, '\0');
-    auto const* const units = reinterpret_cast<unsigned short const*>(text.c_str());
-    bytes.resize(UTF16ToLocal(bytes.data(), units, bytes.size(), cs));
-    return bytes;
-}
-
 TEST_F(Vynconv, ConvertsAndReports) {
     struct Case {
+        char const* name;
         char const* args;
         std::string in, out;
         char const* err; // part of it; "" for none at all
         int code;
     };
     Case const cases[] = {
-        // Names and numbers.
-        {"-f VYNCS_KOI8R -t 65001 -", "\xC1", "\xD0\xB0", "", 0},
-        {"-f Wcp1252 -t vyncs_utf16", "\x80z", bytesOf(u"\u20ACz"s), "", 0},
-        {"-f utf8 -t koi8r", "", "", "", 0},
-        // Zeros are text.
-        {"-f utf8 -t utf32", "\xC0\x80x", bytesOf(U"\0x"s), "", 0},
-        {"-f utf16esc -t utf8", "U+0000U+00E9U+00e9", "\0\xC3\xA9U+00e9"s, "", 0},
-        // The lenient parts of UTF-8: what is converted is no loss, whatever the decoder's flag says.
-        {"-f utf8 -t utf8", "\xEF\xBF\xBD\xED\xA0\xBD\xED\xB8\x80", "\xEF\xBF\xBD\xF0\x9F\x98\x80", "", 0},
-        {"-f utf8 -t utf8", "a\n\x80z\n\xC3", "a\nz\n\uFFFD",
-         "2 characters could not be converted, the first in line 2", 1},
-        {"-f utf8 -t utf8", "\xF0\x9F\x98\x80\x80", "\xF0\x9F\x98\x80", "1 character", 1},
-        {"-f utf8 -t koi8r", "\xF4\x90\x80\x80\xC3.\xE9z",
-         "??"
-         "?.?z",
+        {"name and number", "-f VYNCS_KOI8R -t 65001 -", "\xC1", "\xD0\xB0", "", 0},
+        {"alias and long names", "--from-code=MS-ANSI --to-code utf_8", "\x80z", "\u20ACz", "", 0},
+        {"empty", "-f utf8 -t koi8r", "", "", "", 0},
+        {"default set", "-f koi8r", "\xC1", "?", "not in ISO-8859-1", 1},
+        {"zeros", "-f utf8 -t utf32", "\0x"s, bytesOf(U"\0x"s), "", 0},
+        {"escaped zero", "-f utf16esc -t utf8", "U+0000U+00E9U+00e9", "\0\xC3\xA9U+00e9"s, "", 0},
+        {"to a device", "-f utf8 -t utf16 -o /dev/stdout", "a", bytesOf(u"a"s), "", 0},
+        // Byte-order marks.
+        {"mark of UTF-8", "-f utf8 -t koi8r", "\uFEFFa", "a", "", 0},
+        {"only one mark", "-f utf8 -t utf8", "\uFEFF\uFEFFa", "\uFEFFa", "", 0},
+        {"half a mark", "-f utf8 -t utf8", "\xEF\xBB", "\uFFFD", "bytes EF BB at offset 0", 1},
+        {"mark decides", "-f UTF-16 -t utf8", "\xFE\xFF\0a\xFE\xFF"s, "a\uFEFF", "", 0},
+        {"mark decides in UTF-32", "-f vyncs_utf32 -t utf8", "\0\0\xFE\xFF\0\0\0a"s, "a", "", 0},
+        {"mark of the other order", "-f UTF-16LE -t utf8", "\xFE\xFF\0a"s, "\uFFFE\u6100", "", 0},
+        {"mark of the named order", "-f UTF-16BE -t utf8", "\xFE\xFF\0a"s, "a", "", 0},
+        {"loss after a mark", "-f UTF-16 -t utf8", "\xFE\xFF\0a\xD8\0"s, "a\uFFFD", "bytes D8 00 at offset 4", 1},
+        {"mark in the output", "--bom -f koi8r -t utf16be", "a", "\xFE\xFF\0a"s, "", 0},
+        {"no mark in the set", "--bom -f utf8 -t koi8r", "a", "", "--bom needs an output in UTF-8,", 2},
+        // Losses.
+        {"malformed", "-f utf8 -t utf8", "a\n\x80z\n\xC3", "a\n\uFFFDz\n\uFFFD",
+         "vynconv: standard input: 2 characters could not be converted, "
+         "the first in line 2: bytes 80 at offset 2, not in UTF-8\n",
+         1},
+        {"not in the set", "-f utf8 -t koi8r", "a\nb\u4E00z\xFF", "a\nb?z?",
+         "line 2: bytes E4 B8 80 at offset 3, not in KOI8-R\n", 1},
+        {"U+FFFD is no loss", "-f utf8 -t utf8", "\uFFFD", "\uFFFD", "", 0},
+        {"half a unit", "-f utf16 -t utf8", bytesOf(u"a\n"s) + "b", "a\n\uFFFD",
+         " 1 character could not be converted, in line 2: bytes 62 at offset 4", 1},
+        {"pair", "-f utf16esc -t koi8r", "aU+D83DU+DE00", "a?", "bytes 55 2B 44 38 33 44 55 2B 44 45 30 30 at offset 1",
+         1},
+        {"escape", "--on-error=escape -f utf8 -t koi8r", "\u4E00\U0001F600z\xFF", "U+4E00U+D83DU+DE00z?",
          "3 characters", 1},
-        // Other sets' losses.
-        {"-f gb18030 -t utf16", "\x84\x31\xA4\x37\xFF\0\x81"s, bytesOf(u"\uFFFD\uFFFD\0\uFFFD"s), "2 characters", 1},
-        {"-f euc_jp -t utf8", "\x80\n\xA4\xA2", "\n\xE3\x81\x82", "", 0},
-        {"-f utf32 -t koi8r", bytesOf(U"a\x110000z"s), "a??z", "1 character", 1},
-        // Incomplete units and lone surrogates.
-        {"-f utf16 -t utf8", bytesOf(u"a\n"s) + "b", "a\n\uFFFD", "1 character could not be converted, in line 2", 1},
-        {"-f utf32 -t utf16", bytesOf(U"a"s) + "bcd", bytesOf(u"a\uFFFD"s), "1 character", 1},
-        {"-f utf16 -t gb18030", bytesOf(u"\xD800z\n\xDC00"s), "?z\n?", "2 characters", 1},
-        {"-f utf16 -t utf8", bytesOf(u"\xD83D\xDE00\xD83D"s), "\xF0\x9F\x98\x80?", "1 character", 1},
-        {"-f utf16 -t utf16esc", bytesOf(u"A\xD83D"s), "AU+D83D", "", 0},
-        // Policies.
-        {"--on-error=escape -f utf8 -t koi8r", "\xE4\xB8\x80z\xFF", "U+4E00zU+FFFD", "2 characters", 1},
-        {"--on-error=escape -f utf16 -t utf8", bytesOf(u"\xD800z\xD801"s), "U+D800zU+D801", "2 characters", 1},
-        {"--on-error=stop -f utf8 -t koi8r", "a\nb日z\x80", "a\nb", ", in line 2; stopped", 1},
-        {"--on-error=stop -f gb18030 -t utf8", "a\0b\xFFz"s, "a\0b"s, "stopped", 1},
+        {"drop", "--on-error=drop -f utf8 -t koi8r", "a\u4E00z\xFF", "az", "2 characters", 1},
+        {"drop, as iconv has it", "-cf utf8 -t koi8r", "a\u4E00z\xFF", "az", "2 characters", 1},
+        {"drop separates", "-c -f utf16esc -t utf8", "U+D83D\xFFU+DE00", "", "3 characters", 1},
+        {"stop in encoding", "--on-error=stop -f utf8 -t koi8r", "a\nb\u4E00z\x80", "a\nb",
+         "in line 2: bytes E4 B8 80 at offset 3, not in KOI8-R; stopped there", 1},
+        {"stop in decoding", "--on-error=stop -f gb18030 -t utf8", "a\0b\xFFz"s, "a\0b"s,
+         "bytes FF at offset 3, not in GB18030; stopped there", 1},
         // Usage and files.
-        {"-t utf8", "a", "", "-f FROM and -t TO", 2},
-        {"-f utf9 -t utf8", "a", "", "unknown character set 'utf9'", 2},
-        {"-f utf8 -t 28602", "a", "", "unknown character set '28602'", 2},
-        {"-f EUC_TW -t utf8", "a", "", "no converter for VYNCS_EUC_TW", 2},
-        {"-f utf8 -t utf8 --on-error=ignore", "a", "", "--on-error", 2},
-        {"-f utf8 -t", "a", "", "needs a value", 2},
-        {"-f utf8 -t utf8 missing", "a", "", "missing: No such file", 2},
-        {"-f utf8 -t utf8 -o missing/out", "a", "", "missing/out: No such file", 2},
-        {"-f utf8 -t utf8 -o /dev/full", "a", "", "/dev/full: No space left", 2},
-        {"-f utf8 -t utf16 -o /dev/stdout", "a", bytesOf(u"a"s), "", 0},
+        {"unknown set", "-f utf9 -t utf8", "a", "", "no character set 'utf9' is known, the nearest is UTF-8;", 2},
+        {"nearest by own name", "-f wcp1253x -t utf8", "a", "", "nearest is windows-1253;", 2},
+        {"unserved set", "-f EUC_TW -t utf8", "a", "", "no character set 'EUC_TW'", 2},
+        {"unknown action", "--on-error=ignore", "a", "", "--on-error is", 2},
+        {"no value", "-f utf8 -t", "a", "", "-t needs a value\n", 2},
+        {"no value of a long option", "--from-code", "a", "", "-f needs a value\n", 2},
+        {"wrong in a cluster", "-qc --bom", "a", "", "wrong option -q\n", 2},
+        {"wrong at its end", "--bom -cq", "a", "", "wrong option -q\n", 2},
+        {"wrong long option", "--bomb", "a", "", "wrong option --bomb\n", 2},
+        {"value of an option without", "--list=x", "a", "", "wrong option --list=x\n", 2},
+        {"no input", "-f utf8 -t utf8 missing", "a", "", "can't open missing: No such file", 2},
+        {"no directory", "-f utf8 -t utf8 -o missing/out", "a", "", "can't write missing/out: No such file", 2},
+        {"no space", "-f utf8 -t utf8 -o /dev/full", "a", "", "can't write /dev/full: No space left", 2},
+        {"no room beside it", "-f utf8 -t utf8 -o /proc/self/comm", "a", "", "(--overwrite writes it directly)", 2},
+        {"overwritten", "-f utf8 -t utf8 -o /proc/self/comm --overwrite", "a", "", "", 0},
     };
+    setenv("LANG", "C", 1);
     for (Case const& c : cases) {
-        Outcome const got = run(c.args, c.in);
-        SCOPED_TRACE(c.args + " <<< "s + ::testing::PrintToString(c.in));
+        SCOPED_TRACE(c.name);
+        Outcome const got = run(split(c.args), c.in);
         EXPECT_EQ(got.code, c.code);
         EXPECT_EQ(got.out, c.out);
-        EXPECT_TRUE(*c.err ? got.err.find(c.err) != std::string::npos : got.err.empty()) << got.err;
+        EXPECT_NE(got.err.find(c.err), std::string::npos) << got.err;
+        EXPECT_EQ(got.err.empty(), *c.err == 0) << got.err;
     }
+    EXPECT_EQ(run({"missing\n\x1B[1m\xC2\xB5"}).err,
+              "vynconv: can't open missing\\x0A\\x1B[1m\u00B5: No such file or directory\n");
 }
 
 // The first file that the command opens would get the number of a closed descriptor.
 TEST_F(Vynconv, StartedWithoutStandardDescriptors) {
     struct Case {
         char const* name;
-        char const* closing;
+        std::vector<int> closed;
         char const* args;
         int code;
         std::string err;
         char const* file; // what `out` then holds; null where there must be none
     };
     Case const cases[] = {
-        {"input", "<&-", "-o out", 2, "vynconv: can't read standard input: Bad file descriptor\n", nullptr},
-        {"input by name", "<&-", "-o out /dev/stdin", 2, "vynconv: can't read /dev/stdin: Is a directory\n", nullptr},
-        {"output", ">&-", "", 2, "vynconv: can't write standard output: Bad file descriptor\n", nullptr},
-        {"messages", "2>&-", "-o out", 1, "", "?"},
-        {"all", "<&- >&- 2>&-", "-o out", 2, "", nullptr},
+        {"input", {0}, "-o out", 2, "vynconv: can't read standard input: Bad file descriptor\n", nullptr},
+        {"input by name", {0}, "-o out /dev/stdin", 2, "vynconv: can't read /dev/stdin: Is a directory\n", nullptr},
+        {"output", {1}, "", 2, "vynconv: can't write standard output: Bad file descriptor\n", nullptr},
+        {"messages", {2}, "-o out", 1, "", "?"},
+        {"all", {0, 1, 2}, "-o out", 2, "", nullptr},
     };
     for (Case const& c : cases) {
         SCOPED_TRACE(c.name);
-        Outcome const got = run("-f utf8 -t koi8r "s + c.args, "\u4E00", c.closing);
+        Outcome const got = run(split("-f utf8 -t koi8r "s + c.args), "\u4E00", c.closed);
         EXPECT_EQ(got.code, c.code);
         EXPECT_EQ(got.err, c.err);
         EXPECT_EQ(fs::exists(work("out")), c.file != nullptr);
@@ -169,89 +229,104 @@ TEST_F(Vynconv, StartedWithoutStandardDescriptors) {
 }
 
 TEST_F(Vynconv, TellsAboutSetsAndItself) {
-    std::string const list = run("--list").out;
-    EXPECT_EQ(std::count(list.begin(), list.end(), '\n'), 41);
-    EXPECT_NE(list.find("20866 VYNCS_KOI8R\n"), std::string::npos);
+    std::string const list = run({"-l"}).out;
+    EXPECT_EQ(std::count(list.begin(), list.end(), '\n'), 43);
+    EXPECT_NE(list.find("20866 VYNCS_KOI8R       KOI8-R\n"), std::string::npos);
 
     setenv("LANG", "ja_JP.eucJP", 1);
-    EXPECT_EQ(run("--detect").out, "VYNCS_EUC_JP (51932) from LANG=ja_JP.eucJP\n");
-    EXPECT_EQ(run("-f os_default -t utf8", "\xA4\xA2").out, "\xE3\x81\x82");
+    EXPECT_EQ(run({"--detect"}).out, "VYNCS_EUC_JP (51932) from LANG=ja_JP.eucJP\n");
+    EXPECT_EQ(run({"-t", "utf8"}, "\xA4\xA2").out, "\u3042");
     setenv("LANG", "zh_TW.eucTW", 1);
-    EXPECT_EQ(run("-f os_default -t utf8").code, 2);
+    EXPECT_EQ(run({"-t", "utf8"}).code, 2);
     unsetenv("LANG");
-    EXPECT_EQ(run("--detect").out, "VYNCS_ISO_8859_1 (28591) from LC_CTYPE=C\n");
+    EXPECT_EQ(run({"--detect"}).out, "VYNCS_ISO_8859_1 (28591) from LC_CTYPE=C\n");
 
-    EXPECT_EQ(run("--help").out.rfind("Usage: vynconv", 0), 0U);
-    EXPECT_EQ(run("--version").out.rfind("vynconv ", 0), 0U);
+    EXPECT_EQ(run({"--help"}).out.rfind("Usage: vynconv", 0), 0U);
+    EXPECT_EQ(run({"--version"}).out.rfind("vynconv ", 0), 0U);
 }
 
-// One line longer than a chunk, without a blank: the command has to find the ends of characters itself. A few
-// characters in front move all others across the borders of the chunks. The whole text in one call is the measure.
-TEST_F(Vynconv, LongLinesAtEveryBorder) {
-    std::pair<VynCharSet, std::vector<std::u16string>> const charactersOfSets[] = {
-        {VYNCS_UTF8, {u"a", u"\u00E9", u"\u4E00", u"\U0001F600", u"\uFFFD"}},
-        {VYNCS_UTF16, {u"a", u"\u4E00", u"\U0001F600", u"\uFFFD"}},
-        {VYNCS_UTF16ESC, {u"a", u"\u4E00", u"\U0001F600", u"\u00E9"}},
-        {VYNCS_GB18030, {u"0", u"\u4E00", u"\u0080", u"\U0001F600", u"\uFFFD", u"\u00E9"}},
-        {VYNCS_SJIS0213, {u"\u3042", u"\uFF71", u"\U0002000B", u"\u8868"}},
-        {VYNCS_EUC_JP, {u"\u3042", u"\uFF71", u"\u00A5", u"\u4E9C"}},
-    };
+/// Text with much that some set lacks, in the set, with some bytes spoilt. It begins with no mark.
+std::string randomFile(VynCharSet cs, TestRandom& random) {
+    char16_t const characters[] = u"a\nU+3\0\u00E9\u0416\u304B\u4E00\uFF71\uFFFD\xD83D\xDE00\xDFFF";
+    std::size_t const length = random.below(4) == 0 ? chunkBytes / 2 + random.below(chunkBytes) : random.below(5000);
+    std::u16string text = u"a";
+    while (text.size() < length)
+        text += characters[random.below(std::size(characters) - 1)];
+    std::string bytes = vynulib::encode(cs, text, OnError::drop);
+    for (unsigned spoilt = random.below(4) == 0 ? 0 : random.below(100); spoilt != 0; --spoilt)
+        bytes[4 + random.below(bytes.size() - 4)] = static_cast<char>(random.below(256));
+    return bytes;
+}
+
+// Through a pipe, which delivers pieces of any size. The library's conversion of the whole text is the measure.
+TEST_F(Vynconv, RandomFilesThroughPipes) {
+    constexpr std::pair<char const*, OnError> policies[] = {
+        {"replace", OnError::replace}, {"escape", OnError::escape}, {"drop", OnError::drop}, {"stop", OnError::stop}};
+    VynCharSet const sets[] = {VYNCS_UTF8,  VYNCS_UTF16,    VYNCS_UTF16BE,  VYNCS_UTF16ESC, VYNCS_UTF32,
+                               VYNCS_KOI8R, VYNCS_SHIFTJIS, VYNCS_SJIS0213, VYNCS_EUC_JP,   VYNCS_GB18030};
     TestRandom random;
-    for (auto const& [cs, characters] : charactersOfSets) {
-        std::u16string text;
-        while (text.size() < chunkBytes + 100)
-            text += characters[random.below(characters.size())];
-        for (std::size_t shift = 0; shift < 6; ++shift, text.insert(0, 1, u'x')) {
-            SCOPED_TRACE(VynCharSetToString(cs) + " shifted by "s + std::to_string(shift));
-            std::string const local = encodeWhole(cs, text), utf8 = encodeWhole(VYNCS_UTF8, text);
-            Outcome const to = convert(VYNCS_UTF8, cs, utf8), from = convert(cs, VYNCS_UTF8, local);
-            EXPECT_EQ(to.err + from.err, "");
-            EXPECT_TRUE(to.out == local && from.out == utf8) << "too long to be printed, seed " << random.seed();
+    for (int i = 0; i < 120; ++i) {
+        VynCharSet const from = sets[random.below(std::size(sets))], to = sets[random.below(std::size(sets))];
+        auto const& [policyName, policy] = policies[random.below(std::size(policies))];
+        std::string const bytes = randomFile(from, random);
+        SCOPED_TRACE("seed " + std::to_string(random.seed()) + ", text " + std::to_string(i) + ", " + policyName +
+                     ", from " + VynCharSetToString(from) + " to " + VynCharSetToString(to));
+
+        int ends[2];
+        ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+        pid_t const child = start({"-f", std::to_string(from), "-t", std::to_string(to), "--on-error="s + policyName},
+                                  ends[0], openOut());
+        std::size_t const longest = random.below(2) == 0 ? 100 : 100000;
+        for (std::size_t at = 0; at < bytes.size();) {
+            ssize_t const written =
+                write(ends[1], &bytes[at], std::min(bytes.size() - at, 1UL + random.below(longest)));
+            if (written < 0)
+                break; // it stopped at a loss
+            at += static_cast<std::size_t>(written);
         }
+        close(ends[1]);
+        Outcome const got = finish(child);
+
+        vynulib::Report report;
+        std::string const expected = vynulib::transcode(from, to, bytes, policy, &report);
+        EXPECT_EQ(got.code, report.losses == 0 ? 0 : 1);
+        EXPECT_TRUE(got.out == expected) << "too long to be printed";
+        std::u16string const before = vynulib::decode(from, std::string_view(bytes).substr(0, report.firstLoss));
+        std::string const line = std::to_string(std::count(before.begin(), before.end(), u'\n') + 1);
+        for (std::string const& part :
+             {" "s + std::to_string(report.losses) + " character", " in line " + line + ": bytes ",
+              " at offset " + std::to_string(report.firstLoss) + ", not in "})
+            EXPECT_EQ(got.err.find(part) == std::string::npos, report.losses == 0) << part << " of " << got.err;
     }
 }
 
-// Bytes at random, rich in leads without trails: cuts must not make or hide an error.
-TEST_F(Vynconv, RandomBytes) {
-    TestRandom random;
-    for (VynCharSet const cs : {VYNCS_UTF8, VYNCS_GB18030, VYNCS_WCP932, VYNCS_WCP936, VYNCS_WCP949, VYNCS_BIG5,
-                                VYNCS_EUC_CN, VYNCS_EUC_JP, VYNCS_SJIS0213, VYNCS_WCP1255}) {
-        std::string bytes(chunkBytes + 5000 + random.below(9), '\0');
-        for (char& byte : bytes)
-            byte = static_cast<char>(random.below(4) == 0 ? '!' + random.below(94) : 0x80 + random.below(128));
-        std::u16string text(bytes.size(), u'\0');
-        auto* const units = reinterpret_cast<unsigned short*>(text.data());
-        text.resize(VynCharSetConverter::getConverter(cs)->toUTF16(units, bytes.c_str(), bytes.size(), ILLCHAR_REPLACE,
-                                                                   nullptr, -1));
-        Outcome const got = convert(cs, VYNCS_UTF16, bytes);
-        EXPECT_TRUE(got.code == 1 && got.out == bytesOf(text)) << VynCharSetToString(cs) << ", seed " << random.seed();
-        // UTF-8 skips bytes: not all that is lost is seen in the text.
-        std::string const lost = std::to_string(std::count(text.begin(), text.end(), u'\uFFFD'));
-        EXPECT_TRUE(cs == VYNCS_UTF8 || got.err.find(lost + " characters") != std::string::npos) << got.err << lost;
-    }
+TEST_F(Vynconv, EachFileStandsAlone) {
+    std::string const message = ": 1 character could not be converted, in line 2: bytes C3 at offset 5, not in UTF-8\n";
+    for (char const* const name : {"first", "second"})
+        writeFile(work(name), "\uFEFFx\n\xC3");
+    Outcome const got = run({"-f", "utf8", "-t", "koi8r", "first", "second"});
+    EXPECT_EQ(got.out, "x\n?x\n?");
+    EXPECT_EQ(got.err, "vynconv: first" + message + "vynconv: second" + message);
 }
 
-TEST_F(Vynconv, ZerosAndLinesInLongFiles) {
-    TestRandom random;
-    std::string bytes(3 * chunkBytes + 7, '\0');
-    for (char& byte : bytes)
-        byte = static_cast<char>(random.below(20) == 0 ? 0 : random.below(256));
-    std::string const line = std::to_string(std::count(bytes.begin(), bytes.end(), '\n') + 1);
-    for (VynCharSet const cs : {VYNCS_UTF8, VYNCS_UTF16, VYNCS_UTF32, VYNCS_UTF16ESC, VYNCS_GB18030}) {
-        Outcome const there = convert(VYNCS_KOI8R, cs, bytes);
-        Outcome const back = convert(cs, VYNCS_KOI8R, there.out + convert(VYNCS_UTF8, cs, "\u4E00").out);
-        EXPECT_EQ(there.code, 0);
-        EXPECT_TRUE(back.out == bytes + "?") << cs << ", seed " << random.seed();
-        EXPECT_NE(back.err.find(" 1 character could not be converted, in line " + line + "\n"), std::string::npos);
+TEST_F(Vynconv, MarkByteByByte) {
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    pid_t const child = start({"-f", "UTF-16", "-t", "utf8"}, ends[0], openOut());
+    for (char const byte : "\xFE\xFF\0a"s) {
+        EXPECT_EQ(write(ends[1], &byte, 1), 1);
+        for (int unread = 1; unread != 0; std::this_thread::sleep_for(std::chrono::milliseconds(1)))
+            ASSERT_EQ(ioctl(ends[1], FIONREAD, &unread), 0);
     }
+    close(ends[1]);
+    EXPECT_EQ(finish(child).out, "a");
 }
 
 TEST_F(Vynconv, OutputIsWholeOrAbsent) {
     std::string const longText(2 * chunkBytes, 'x');
     writeFile(work("good"), "\xC1");
-    writeFile(work("bad"), longText + "\xE4\xB8\x80");
-    auto const codeOf = [&](std::string const& args) { return run(args).code; };
-    auto const fileCount = [&] { return std::distance(fs::directory_iterator(dir / "work"), {}); };
+    writeFile(work("bad"), longText + "\u4E00");
+    auto const codeOf = [&](std::string const& args) { return run(split(args)).code; };
 
     writeFile(work("old"), "old");
     for (std::string const name : {"new", "old"}) {
@@ -265,13 +340,80 @@ TEST_F(Vynconv, OutputIsWholeOrAbsent) {
     umask(mask);
     EXPECT_EQ(readFile(work("out")), longText + "?");
     EXPECT_EQ(fs::status(work("out")).permissions(), fs::perms(0640));
+}
 
-    // The output may be an input, also through a link, which stays one.
-    fs::create_symlink("good", work("link"));
-    EXPECT_EQ(codeOf("-f koi8r -t utf8 -o link good link"), 0);
-    EXPECT_EQ(readFile(work("good")), "\xD0\xB0\xD0\xB0");
-    EXPECT_TRUE(fs::is_symlink(work("link")));
-    EXPECT_EQ(fileCount(), 5);
+TEST_F(Vynconv, OutputThatIsThere) {
+    writeFile(work("file"), "\xC1");
+    fs::permissions(work("file"), fs::perms(0604));
+    fs::create_symlink("file", work("link"));
+    fs::create_symlink("link", work("outer"));
+    fs::create_symlink("made", work("dangling"));
+    fs::create_hard_link(work("file"), work("other"));
+    auto const codeOf = [&](std::string const& args) { return run(split("-f koi8r -t utf8 " + args)).code; };
+
+    EXPECT_EQ(codeOf("--overwrite -o outer file"), 2);
+    EXPECT_EQ(readFile(work("file")), "\xC1");
+    EXPECT_EQ(codeOf("-o outer file link"), 0);
+    EXPECT_EQ(readFile(work("file")), "\u0430\u0430");
+    EXPECT_EQ(fs::status(work("file")).permissions(), fs::perms(0604));
+    EXPECT_TRUE(fs::is_symlink(work("outer")));
+    EXPECT_EQ(codeOf("-o dangling file"), 0);
+    EXPECT_TRUE(fs::is_regular_file(work("made")));
+    EXPECT_EQ(readFile(work("other")), "\xC1");
+    EXPECT_EQ(codeOf("--overwrite -o made other"), 0);
+    EXPECT_EQ(readFile(work("made")), "\u0430");
+    EXPECT_EQ(fileCount(), 6);
+}
+
+TEST_F(Vynconv, InputThatGrowsIsRefused) {
+    std::string const file = work("file");
+    writeFile(file, "a");
+    for (auto const& [argument, message] : {std::pair{"file", "file"}, {"-", "standard input"}}) {
+        int const out = open(file.c_str(), O_WRONLY | O_APPEND | O_CLOEXEC);
+        Outcome const got = finish(start({"-f", "utf8", argument}, open(file.c_str(), O_RDONLY | O_CLOEXEC), out));
+        EXPECT_EQ(got.code, 2);
+        EXPECT_EQ(got.err, "vynconv: "s + message + " is the output file as well\n");
+        EXPECT_EQ(readFile(file), "a");
+    }
+}
+
+TEST_F(Vynconv, ClosedPipeEndsItQuietly) {
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    close(ends[0]);
+    Outcome const got = finish(start({"-f", "utf8", "-t", "utf8"}, open("/proc/self/cmdline", O_RDONLY), ends[1]));
+    EXPECT_EQ(got.code, -SIGPIPE);
+    EXPECT_EQ(got.err, "");
+}
+
+TEST_F(Vynconv, SignalsRemoveTheTemporaryFile) {
+    for (int const signal :
+         {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGALRM, SIGUSR1, SIGUSR2, SIGVTALRM, SIGXCPU, SIGABRT, SIGPIPE}) {
+        SCOPED_TRACE(strsignal(signal));
+        int ends[2];
+        ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+        pid_t const child = start({"-f", "utf8", "-t", "utf8", "-o", "out"}, ends[0], openOut());
+        while (fileCount() == 0 && waitpid(child, nullptr, WNOHANG) == 0)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        kill(child, signal);
+        EXPECT_EQ(finish(child).code, -signal);
+        EXPECT_EQ(fileCount(), 0);
+        close(ends[1]);
+    }
+}
+
+TEST_F(Vynconv, FileThatGrowsTooLarge) {
+    rlimit old;
+    getrlimit(RLIMIT_FSIZE, &old);
+    writeFile(work("in"), std::string(5000, 'a'));
+    rlimit const limit{4096, old.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &limit);
+    pid_t const child = start({"-f", "utf8", "-t", "utf8", "-o", "out", "in"}, open("/dev/null", O_RDONLY), openOut());
+    setrlimit(RLIMIT_FSIZE, &old);
+    Outcome const got = finish(child);
+    EXPECT_EQ(got.code, 2);
+    EXPECT_EQ(got.err, "vynconv: can't write out: File too large\n");
+    EXPECT_EQ(fileCount(), 1);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "tools/vynconv/Input.h"
 
 #include "tools/vynconv/Failure.h"
+#include "tools/vynconv/Messages.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,7 +10,7 @@
 namespace vynconv {
 
 Input::Input(std::string const& path)
-    : m_name(path == "-" ? "standard input" : path),
+    : m_name(path == "-" ? "standard input" : printable(path)),
       m_file(path == "-" ? STDIN_FILENO : ::open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
     if (m_file < 0)
         failWithErrno("can't open " + m_name);
@@ -23,7 +24,7 @@ Input::~Input() {
         ::close(m_file);
 }
 
-std::size_t Input::read(unsigned char* dst, std::size_t size) {
+std::size_t Input::read(char* dst, std::size_t size) {
     ssize_t got;
     while ((got = ::read(m_file, dst, size)) < 0) {
         if (errno != EINTR)

@@ -15,9 +15,9 @@ public:
     ~Input();
 
     /// Reads what is there, at most `size` bytes; 0 only at the end.
-    std::size_t read(unsigned char* dst, std::size_t size);
+    std::size_t read(char* dst, std::size_t size);
 
-    /// For messages.
+    /// As messages show it.
     std::string const& name() const { return m_name; }
 
     /// Bytes of a regular file, 0 where that is unknown.

@@ -1,7 +1,7 @@
 #include "tools/vynconv/Options.h"
 
-#include "tools/vynconv/CharacterSets.h"
 #include "tools/vynconv/Failure.h"
+#include "tools/vynconv/Messages.h"
 
 #include <getopt.h>
 
@@ -9,95 +9,162 @@
 
 namespace vynconv {
 
-char const helpText[] = R"(Usage: vynconv -f FROM -t TO [--on-error=ACTION] [-o OUT] [FILE...]
+using vynulib::OnError;
+
+char const helpText[] = R"(Usage: vynconv [-f FROM] [-t TO] [OPTION...] [FILE...]
        vynconv --list | --detect | --help | --version
 
 Converts text files from one character set to another. Without FILE, or where FILE
 is "-", standard input is read; without -o, standard output is written.
 
-  -f FROM            character set of the input
-  -t TO              character set of the output
-  -o OUT             write to OUT, which appears whole or not at all
-  --on-error=ACTION  what to do with a character that can't be converted:
-                       replace  write U+FFFD or "?" for it (the default)
-                       escape   write "U+XXXX" for what TO can't hold
-                       stop     end before it; OUT is then not written
-  --list             print the character sets that can be converted
-  --detect           print the default character set and the locale it comes from
-  --help             print this text
-  --version          print the version
+  -f, --from-code=FROM  character set of the input; left out, the default set
+  -t, --to-code=TO      character set of the output; left out, the default set
+  -o, --output=OUT      write to OUT
+  --on-error=ACTION     what to do with a character that can't be converted:
+                          replace  write U+FFFD in Unicode sets, "?" in others
+                                   (the default)
+                          escape   write "U+XXXX" for what TO does not have, and
+                                   replace what is malformed in FROM
+                          drop     write nothing
+                          stop     end before it; OUT is then not written
+  -c                    the same as --on-error=drop
+  --bom                 begin the output with a byte-order mark
+  --overwrite           write into an existing OUT itself
+  -l, --list            print the character sets that can be converted
+  --detect              print the default set and the locale it comes from
+  --help                print this text
+  --version             print the version
 
-A character set is given as its name (VYNCS_KOI8R), the same without VYNCS_ in any
-case (koi8r), or its number (20866); OS_DEFAULT is the default set. UTF-16 and UTF-32
-are read and written in the machine's byte order, without a byte-order mark.
+A character set is given by its number, its name, or another usual name of it, in any
+case and without regard to "-", "_" and blanks: 20866, VYNCS_KOI8R, KOI8-R, koi8r,
+csKOI8R. OS_DEFAULT is the default set.
 
-Exit status: 0 all was converted, 1 something could not be converted, 2 wrong usage,
+A byte-order mark at the beginning of a file in UTF-8, UTF-16 or UTF-32 is read and not
+converted. The names UTF-16 and UTF-32 leave the byte order of an input to its mark;
+without one, and in the output, it is the machine's. All other names fix it, UTF-16BE,
+UTF-16LE and the numbers as well: then only a mark of that order is taken for one.
+
+OUT appears whole or not at all: the text is written to a temporary file beside it,
+which then takes its place. OUT may be one of the files. A link stays a link to the
+file. The file keeps its permissions, its group if the user is in that, and its owner
+if root converts; other (hard) links to it keep the old text, and access control lists
+and extended attributes are lost. With --overwrite the file stays the same one, but may
+be left incomplete, and must not be one of the files. Devices and pipes are written
+directly in any case.
+
+What is lost is told on standard error, for each file: how many characters or malformed
+sequences, and the line, the bytes and the offset (from 0, in bytes) of the first.
+
+Exit status: 0 all was converted, 1 something could not be converted, 2 wrong usage, or
 a file that can't be read or written.
 )";
 
 namespace {
 
-enum LongOption : int { optionOnError = 256, optionList, optionDetect, optionHelp, optionVersion };
+enum LongOption : int {
+    optionOnError = 256,
+    optionBom,
+    optionOverwrite,
+    optionList,
+    optionDetect,
+    optionHelp,
+    optionVersion,
+};
 
-ILLCHAR_OPTYPE parseOnError(std::string_view text) {
-    if (text == "replace")
-        return ILLCHAR_REPLACE;
-    if (text == "escape")
-        return ILLCHAR_ESCAPE;
-    if (text == "stop")
-        return ILLCHAR_STOP;
-    throw UsageFailure("--on-error is replace, escape or stop, not '" + std::string(text) + "'");
+constexpr option longOptions[] = {
+    {"from-code", required_argument, nullptr, 'f'},
+    {"to-code", required_argument, nullptr, 't'},
+    {"output", required_argument, nullptr, 'o'},
+    {"on-error", required_argument, nullptr, optionOnError},
+    {"bom", no_argument, nullptr, optionBom},
+    {"overwrite", no_argument, nullptr, optionOverwrite},
+    {"list", no_argument, nullptr, optionList},
+    {"detect", no_argument, nullptr, optionDetect},
+    {"help", no_argument, nullptr, optionHelp},
+    {"version", no_argument, nullptr, optionVersion},
+    {},
+};
+
+OnError parseOnError(std::string_view text) {
+    constexpr std::pair<std::string_view, OnError> actions[] = {
+        {"replace", OnError::replace}, {"escape", OnError::escape}, {"drop", OnError::drop}, {"stop", OnError::stop}};
+    for (auto const& [name, action] : actions)
+        if (text == name)
+            return action;
+    throw UsageFailure("--on-error is replace, escape, drop or stop, not '" + printable(text) + "'");
+}
+
+// The option that getopt could not take. A short one may stand in a cluster with others.
+std::string wrongOption(char const* argument) {
+    bool const isShort = optopt > 0 && optopt < optionOnError;
+    return isShort ? "-" + printable(std::string(1, static_cast<char>(optopt))) : printable(argument);
+}
+
+struct SetNames {
+    std::string from = "OS_DEFAULT";
+    std::string to = from;
+};
+
+void take(int option, char const* value, Options& options, SetNames& names) {
+    switch (option) {
+    case 'f':
+        names.from = value;
+        break;
+    case 't':
+        names.to = value;
+        break;
+    case 'o':
+        options.output = value;
+        break;
+    case 'c':
+        options.onError = OnError::drop;
+        break;
+    case optionOnError:
+        options.onError = parseOnError(value);
+        break;
+    case optionBom:
+        options.mark = true;
+        break;
+    case optionOverwrite:
+        options.overwrite = true;
+        break;
+    case 'l':
+    case optionList:
+        options.action = Action::list;
+        break;
+    case optionDetect:
+        options.action = Action::detect;
+        break;
+    case optionHelp:
+        options.action = Action::help;
+        break;
+    case optionVersion:
+        options.action = Action::version;
+        break;
+    default:
+        break;
+    }
 }
 
 } // namespace
 
 Options parseOptions(int argc, char** argv) {
-    static option const longOptions[] = {
-        {"on-error", required_argument, nullptr, optionOnError}, {"list", no_argument, nullptr, optionList},
-        {"detect", no_argument, nullptr, optionDetect},          {"help", no_argument, nullptr, optionHelp},
-        {"version", no_argument, nullptr, optionVersion},        {nullptr, 0, nullptr, 0}};
     Options options;
-    std::string from;
-    std::string to;
+    SetNames names;
     opterr = 0;
-    for (int found; (found = getopt_long(argc, argv, ":f:t:o:", longOptions, nullptr)) != -1;) {
-        switch (found) {
-        case 'f':
-            from = optarg;
-            break;
-        case 't':
-            to = optarg;
-            break;
-        case 'o':
-            options.output = optarg;
-            break;
-        case optionOnError:
-            options.onError = parseOnError(optarg);
-            break;
-        case optionList:
-            options.action = Action::list;
-            break;
-        case optionDetect:
-            options.action = Action::detect;
-            break;
-        case optionHelp:
-            options.action = Action::help;
-            break;
-        case optionVersion:
-            options.action = Action::version;
-            break;
-        case ':':
-            throw UsageFailure(std::string(argv[optind - 1]) + " needs a value");
-        default:
-            throw UsageFailure("wrong option " + std::string(argv[optind - 1]));
-        }
+    for (int found; (found = ::getopt_long(argc, argv, ":f:t:o:cl", longOptions, nullptr)) != -1;) {
+        if (found == '?')
+            throw UsageFailure("wrong option " + wrongOption(argv[optind - 1]));
+        if (found == ':')
+            throw UsageFailure(wrongOption(argv[optind - 1]) + " needs a value");
+        take(found, optarg, options, names);
     }
     if (options.action != Action::convert)
         return options;
-    if (from.empty() || to.empty())
-        throw UsageFailure("-f FROM and -t TO are both needed");
-    options.from = parseCharacterSet(from);
-    options.to = parseCharacterSet(to);
+    options.from = findInputSet(names.from);
+    options.to = findSet(names.to);
+    if (options.mark && byteOrderMark(options.to).empty())
+        throw UsageFailure("--bom needs an output in UTF-8, UTF-16 or UTF-32");
     options.files.assign(argv + optind, argv + argc);
     if (options.files.empty())
         options.files.emplace_back("-");

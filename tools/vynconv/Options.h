@@ -1,6 +1,8 @@
 #pragma once
 
-#include <vynulib/VynCharSetConverter.h>
+#include "tools/vynconv/CharacterSets.h"
+
+#include <vynulib/Transcoding.h>
 
 #include <string>
 #include <vector>
@@ -12,16 +14,18 @@ enum class Action { convert, list, detect, help, version };
 /// What the command line asks for.
 struct Options {
     Action action = Action::convert;
-    VynCharSet from = VYNCS_UTF8;
-    VynCharSet to = VYNCS_UTF8;
-    ILLCHAR_OPTYPE onError = ILLCHAR_REPLACE;
+    InputSet from{};
+    VynCharSet to{};
+    vynulib::OnError onError = vynulib::OnError::replace;
+    bool mark = false;              ///< The output begins with a byte-order mark, which its set has.
+    bool overwrite = false;         ///< An existing output file is written itself.
     std::string output = "-";       ///< "-" is standard output.
     std::vector<std::string> files; ///< At least one; "-" is standard input.
 };
 
 extern char const helpText[];
 
-/// Throws `UsageFailure`. For `Action::convert` both sets are served ones.
+/// Throws `UsageFailure`. For `Action::convert` both sets have a converter.
 Options parseOptions(int argc, char** argv);
 
 } // namespace vynconv

@@ -1,104 +1,107 @@
 #include "tools/vynconv/Output.h"
 
 #include "tools/vynconv/Failure.h"
+#include "tools/vynconv/Messages.h"
 
 #include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
-#include <climits>
-#include <csignal>
-#include <cstdlib>
-#include <cstring>
 #include <filesystem>
 
 namespace vynconv {
 namespace {
 
-// The one temporary file, where the signal handler finds it. Once it is renamed, no file has this name any more.
-char temporaryPath[PATH_MAX];
-
-extern "C" void removeTemporary(int signal) {
-    ::unlink(temporaryPath);
-    ::raise(signal); // default action, as the handler is reset
+// Where a file of this name is or would be created. What the system can't follow is left as it is.
+std::string followLinks(std::filesystem::path path) {
+    constexpr int mostLinks = 40;
+    std::error_code error;
+    for (int i = 0; i < mostLinks && std::filesystem::is_symlink(path, error); ++i)
+        path = path.parent_path() / std::filesystem::read_symlink(path, error);
+    return path;
 }
 
-void removeTemporaryOnSignals() {
-    for (int const signal : {SIGHUP, SIGINT, SIGTERM}) {
-        struct sigaction action = {};
-        ::sigaction(signal, nullptr, &action);
-        if (action.sa_handler == SIG_IGN)
-            continue;
-        action.sa_handler = removeTemporary;
-        action.sa_flags = static_cast<int>(SA_RESETHAND);
-        ::sigaction(signal, &action, nullptr);
-    }
-}
-
-// What a file is created with, or what an existing one keeps when it is overwritten.
-mode_t modeOf(std::string const& path) {
-    struct stat status;
-    if (::stat(path.c_str(), &status) == 0)
-        return status.st_mode & 0777;
+mode_t modeOfNewFiles() {
     mode_t const mask = ::umask(0);
     ::umask(mask);
     return 0666 & ~mask;
 }
 
-bool existsAsOtherThanFile(std::string const& path) {
-    struct stat status;
-    return ::stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+// Before the mode is set, as it can take rights away. Others than root can't give a file to its owner, but to a group
+// that they are in.
+void keepOwner(int file, struct stat const& existing) {
+    if (::fchown(file, existing.st_uid, existing.st_gid) == 0)
+        return;
+    [[maybe_unused]] int const groupKept = ::fchown(file, static_cast<uid_t>(-1), existing.st_gid);
 }
 
 } // namespace
 
-Output::Output(std::string const& path) : m_path(path) {
+Output::Output(std::string const& path, bool overwrite, std::vector<std::string> const& inputs)
+    : m_name(printable(path)), m_path(path) {
     if (path == "-" || path == "/dev/stdout") {
-        m_path = "standard output";
+        m_name = "standard output";
         m_file = STDOUT_FILENO;
-    } else if (existsAsOtherThanFile(path)) {
-        m_file = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
-        if (m_file < 0)
-            failWithErrno("can't write " + m_path);
     } else {
-        openTemporary();
+        open(path, overwrite);
     }
+    for (std::string const& input : inputs)
+        refuseInput(input);
+    if (overwrite && m_file != STDOUT_FILENO && ::ftruncate(m_file, 0) != 0 && errno != EINVAL) // no regular file
+        fail();
 }
 
 Output::~Output() {
-    if (m_temporary)
-        ::unlink(temporaryPath);
     if (m_file > STDOUT_FILENO)
         ::close(m_file);
 }
 
-void Output::openTemporary() {
-    std::error_code error;
-    auto const target = std::filesystem::weakly_canonical(m_path, error);
-    if (!error && std::filesystem::is_symlink(m_path, error))
-        m_path = target;
-    std::string const pattern = std::filesystem::path(m_path).replace_filename(".vynconv-XXXXXX");
-    if (pattern.size() >= sizeof temporaryPath)
-        throw Failure("can't write " + m_path + ": the name is too long");
-    std::memcpy(temporaryPath, pattern.c_str(), pattern.size() + 1);
-    removeTemporaryOnSignals();
-    m_file = ::mkostemp(temporaryPath, O_CLOEXEC);
-    if (m_file < 0)
-        failWithErrno("can't write " + m_path);
-    m_temporary = true;
-    ::fchmod(m_file, modeOf(m_path));
+void Output::open(std::string const& path, bool overwrite) {
+    struct stat existing;
+    if (::stat(path.c_str(), &existing) != 0) {
+        if (errno != ENOENT)
+            fail();
+        openTemporary(nullptr);
+    } else if (overwrite || !S_ISREG(existing.st_mode)) {
+        m_file = ::open(path.c_str(), O_WRONLY | O_CLOEXEC);
+        if (m_file < 0)
+            fail();
+    } else {
+        // Replacing a file needs no right to write it, but nobody expects that one without it changes.
+        if (::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0)
+            fail();
+        openTemporary(&existing);
+    }
 }
 
-void Output::write(unsigned char const* bytes, std::size_t size) {
-    while (size != 0) {
-        ssize_t const written = ::write(m_file, bytes, size);
-        if (written < 0) {
-            if (errno == EINTR)
-                continue;
-            failWithErrno("can't write " + m_path);
-        }
-        bytes += written;
-        size -= static_cast<std::size_t>(written);
+void Output::openTemporary(struct stat const* existing) {
+    m_path = followLinks(m_path);
+    m_file = m_temporary.emplace(m_path).descriptor();
+    if (m_file < 0 && existing)
+        failWithErrno("can't write " + m_name +
+                      " by way of a temporary file beside it (--overwrite writes it directly)");
+    if (m_file < 0)
+        fail();
+    if (existing)
+        keepOwner(m_file, *existing);
+    ::fchmod(m_file, existing ? existing->st_mode & 0777 : modeOfNewFiles()); // some file systems know no modes
+}
+
+void Output::refuseInput(std::string const& input) const {
+    struct stat in;
+    struct stat out;
+    bool const known = (input == "-" ? ::fstat(STDIN_FILENO, &in) : ::stat(input.c_str(), &in)) == 0 &&
+                       ::fstat(m_file, &out) == 0 && S_ISREG(in.st_mode);
+    if (known && in.st_dev == out.st_dev && in.st_ino == out.st_ino)
+        throw Failure((input == "-" ? "standard input" : printable(input)) + " is the output file as well");
+}
+
+void Output::write(std::string_view bytes) {
+    while (!bytes.empty()) {
+        ssize_t const written = ::write(m_file, bytes.data(), bytes.size());
+        if (written >= 0)
+            bytes.remove_prefix(static_cast<std::size_t>(written));
+        else if (errno != EINTR)
+            fail();
     }
 }
 
@@ -106,10 +109,13 @@ void Output::commit() {
     int const file = m_file;
     m_file = -1;
     if (::close(file) != 0)
-        failWithErrno("can't write " + m_path);
-    if (m_temporary && ::rename(temporaryPath, m_path.c_str()) != 0)
-        failWithErrno("can't write " + m_path);
-    m_temporary = false;
+        fail();
+    if (m_temporary && !m_temporary->rename(m_path))
+        fail();
+}
+
+void Output::fail() const {
+    failWithErrno("can't write " + m_name);
 }
 
 } // namespace vynconv

@@ -1,7 +1,13 @@
 #pragma once
 
-#include "tools/vynconv/Decoder.h"
-#include "tools/vynconv/Encoder.h"
+#include "tools/vynconv/CharacterSets.h"
+#include "tools/vynconv/Losses.h"
+
+#include <vynulib/Transcoding.h>
+
+#include <string>
+#include <string_view>
+#include <vector>
 
 namespace vynconv {
 
@@ -9,32 +15,43 @@ class Input;
 class Output;
 class Progress;
 
-/// What became of one file.
-struct Report {
-    std::size_t lostCharacters = 0;
-    std::size_t firstLine = 0; ///< Where the first of them stood, from 1.
-    bool stopped = false;      ///< The output ends before it.
-};
-
-/// Converts files of any size, a chunk at a time.
+/// Converts files of any size by way of UTF-16, a piece at a time.
 class Transcoder {
 public:
-    Transcoder(VynCharSet from, VynCharSet to, ILLCHAR_OPTYPE onError);
+    Transcoder(InputSet from, VynCharSet to, vynulib::OnError onError, Output& output);
 
-    /// Converts all of `input` and writes it to `output`. A character does not go on from one file to the next.
-    Report convert(Input& input, Output& output, Progress& progress);
+    /// Converts all of `input` and writes it. A character does not go on from one input to the next.
+    Losses convert(Input& input, Progress& progress);
 
 private:
-    void convertChunk(std::size_t size, bool last, Output& output);
-    std::size_t countLosses(std::size_t length);
+    bool readMore(Input& input);
+    void skipMark(Input& input);
+    bool convertPiece();
+    std::size_t encodePiece(std::u16string_view units, bool last);
+    void pass(std::size_t bytes);
+    void noteFirst(VynCharSet lackedBy, std::string_view bytes, std::size_t line);
+    std::string_view sourceOf(std::size_t unit, std::size_t count) const;
+    std::size_t bytesOf(std::size_t units, std::string_view source) const;
+    void append(std::string_view bytes);
+    void flush();
 
-    Decoder m_decoder;
-    Encoder m_encoder;
-    bool m_stopAtLoss;
-    std::vector<unsigned char> m_source;
-    Text m_text;            // between two chunks: a high surrogate whose low one may be in the next, or nothing
-    std::size_t m_line = 1; // where the chunk begins, as long as nothing is lost
-    Report m_report;
+    InputSet m_fromNamed;
+    VynCharSet m_to;
+    vynulib::OnError m_onError;
+    std::string m_replacement; // for a loss; empty where losses are dropped
+    Output& m_output;
+    std::vector<char> m_source;
+    std::vector<char16_t> m_units;
+    std::vector<char> m_bytes;
+    std::size_t m_filled = 0; // of m_bytes
+
+    // Of the input:
+    VynCharSet m_from;
+    std::string_view m_rest;  // what is read of it and not yet converted
+    bool m_ended = false;     // whether nothing follows m_rest
+    std::size_t m_offset = 0; // where m_rest begins
+    std::size_t m_line = 1;   // the same, as long as nothing is lost
+    Losses m_losses;
 };
 
 } // namespace vynconv

@@ -1,6 +1,7 @@
 #include "tools/vynconv/CharacterSets.h"
 #include "tools/vynconv/Failure.h"
 #include "tools/vynconv/Input.h"
+#include "tools/vynconv/Messages.h"
 #include "tools/vynconv/Options.h"
 #include "tools/vynconv/Output.h"
 #include "tools/vynconv/Progress.h"
@@ -8,7 +9,6 @@
 #include "tools/vynconv/Transcoder.h"
 
 #include <csignal>
-#include <cstdio>
 
 namespace {
 
@@ -16,27 +16,22 @@ using namespace vynconv;
 
 enum ExitCode : int { allConverted = 0, somethingLost = 1, failed = 2 };
 
-void print(Input const& input, Report const& report) {
-    bool const one = report.lostCharacters == 1;
-    std::fprintf(stderr, "vynconv: %s: %zu %s could not be converted, %s line %zu%s\n", input.name().c_str(),
-                 report.lostCharacters, one ? "character" : "characters", one ? "in" : "the first in", report.firstLine,
-                 report.stopped ? "; stopped there" : "");
-}
-
 ExitCode convert(Options const& options) {
-    Transcoder transcoder(options.from, options.to, options.onError);
-    Output output(options.output);
+    Output output(options.output, options.overwrite, options.files);
+    if (options.mark)
+        output.write(byteOrderMark(options.to));
+    Transcoder transcoder(options.from, options.to, options.onError, output);
     Progress progress;
     ExitCode code = allConverted;
     for (std::string const& file : options.files) {
         Input input(file);
-        Report const report = transcoder.convert(input, output, progress);
-        if (report.lostCharacters == 0)
+        Losses const losses = transcoder.convert(input, progress);
+        if (losses.count == 0)
             continue;
         progress.clear();
-        print(input, report);
+        printMessage(input.name() + ": " + describe(losses));
         code = somethingLost;
-        if (report.stopped)
+        if (losses.stopped)
             return code;
     }
     output.commit();
@@ -44,8 +39,8 @@ ExitCode convert(Options const& options) {
 }
 
 ExitCode printText(std::string const& text) {
-    Output output("-");
-    output.write(reinterpret_cast<unsigned char const*>(text.data()), text.size());
+    Output output("-", false, {});
+    output.write(text);
     output.commit();
     return allConverted;
 }
@@ -69,16 +64,16 @@ ExitCode run(Options const& options) {
 } // namespace
 
 int main(int argc, char** argv) {
-    std::signal(SIGPIPE, SIG_IGN); // a closed pipe is a write error like others
+    std::signal(SIGXFSZ, SIG_IGN); // a file that grows too large is a write error like others
     try {
         fillClosedStandardDescriptors();
         return run(parseOptions(argc, argv));
     } catch (UsageFailure const& failure) {
-        std::fprintf(stderr, "vynconv: %s\nvynconv --help tells how it is used.\n", failure.what());
+        printMessage(std::string(failure.what()) + "\nvynconv --help tells how it is used.");
     } catch (Failure const& failure) {
-        std::fprintf(stderr, "vynconv: %s\n", failure.what());
+        printMessage(failure.what());
     } catch (std::exception const& error) {
-        std::fprintf(stderr, "vynconv: internal failure: %s\n", error.what());
+        printMessage(std::string("internal failure: ") + error.what());
     }
     return failed;
 }
