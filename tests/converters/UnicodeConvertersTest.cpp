@@ -12,32 +12,6 @@ VynCharSetConverter& converterOf(VynCharSet cs) {
     return *VynCharSetConverter::getConverter(cs);
 }
 
-Bytes bytesOf(std::string const& text) {
-    return {text.begin(), text.end()};
-}
-
-// What the rules come to, where it is less than obvious.
-TEST(UnicodeConverters, DecodeNamedCases) {
-    struct {
-        VynCharSet cs;
-        char const* bytes;
-        unsigned long room;
-        Converted<unsigned short> expected;
-    } const rows[] = {
-        {VYNCS_UTF8, "\xF0\x9F\x98\x80", 9, {{0xD83D, 0xDE00}, true}},  // its continuation bytes are read again
-        {VYNCS_UTF8, "\xF0\x9F\x98\x80", 2, {{0xD83D, 0xDE00}, false}}, // but not after the last room
-        {VYNCS_UTF8, "\xF0\x9F\x98\x80", 1, {{0xFFFD}, true}},
-        {VYNCS_UTF8, "\x80\x41", 9, {{0x41}, true}},
-        {VYNCS_UTF8, "\xC0\x80\x41", 9, {{0, 0x41}, false}},
-        {VYNCS_UTF8, "\xED\xA0\x80", 9, {{0xD800}, false}},
-        {VYNCS_UTF8, "\xF4\x90\x80\x80", 9, {{0xDC00, 0xDC00}, true}},
-        {VYNCS_UTF16ESC, "U+00E9U+00e9", 20, {{0xE9, 'U', '+', '0', '0', 'e', '9'}, false}},
-        {VYNCS_UTF16ESC, "\xE9U+0000A", 20, {{0xFFE9, 0, 'A'}, false}},
-    };
-    for (auto const& row : rows)
-        EXPECT_EQ(ConvertKit(converterOf(row.cs)).decode(bytesOf(row.bytes), row.room), row.expected) << row.bytes;
-}
-
 // Not by the kit: an escape leaves the room and may step over the terminator.
 TEST(Utf8Converter, EscapesAtTheUsualToll) {
     struct {

@@ -1,9 +1,7 @@
 #include "tests/differential/Codecs.h"
 
-#include <gnu/libc-version.h>
 #include <iconv.h>
 #include <unicode/ucnv.h>
-#include <unicode/uversion.h>
 
 #include <memory>
 
@@ -112,8 +110,4 @@ std::optional<Codec> glibcCodec(char const* name) {
         return convertWithIconv(encoder.get(), {bytes, text.size() * sizeof(char16_t)});
     };
     return Codec{decode, encode};
-}
-
-std::string peerVersions() {
-    return std::string("ICU ") + U_ICU_VERSION + ", glibc " + gnu_get_libc_version();
 }

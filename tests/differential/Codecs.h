@@ -20,6 +20,3 @@ Codec libraryCodec(VynCharSet set);
 /// Nothing where the peer has no converter of that name.
 std::optional<Codec> icuCodec(char const* name);
 std::optional<Codec> glibcCodec(char const* name);
-
-/// The peers' own versions, as one line.
-std::string peerVersions();

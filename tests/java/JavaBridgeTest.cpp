@@ -43,7 +43,8 @@ struct Environment : JNIEnv_ {
 
     static void takeBack(JNIEnv* env, jstring text, char const* bytes) {
         auto& self = *static_cast<Environment*>(env);
-        EXPECT_TRUE(text == self.lent.first && bytes == self.lent.second);
+        EXPECT_EQ(text, self.lent.first);
+        EXPECT_EQ(bytes, self.lent.second);
         ++self.takenBack;
         std::free(std::exchange(self.lent, {}).second);
     }
@@ -174,7 +175,8 @@ TEST(JavaBridge, AnswersWithoutStringsOrMemory) {
     environment.lends = false;
     EXPECT_EQ(environment.utf16ToLocal(&name), &name);
     EXPECT_EQ(environment.utf16ToLocal(nullptr), nullptr);
-    EXPECT_TRUE(environment.asked == 6 && environment.takenBack == 4);
+    EXPECT_EQ(environment.asked, 6);
+    EXPECT_EQ(environment.takenBack, 4);
 }
 
 } // namespace
