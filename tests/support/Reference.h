@@ -18,33 +18,18 @@ struct ReferenceSet {
     unsigned char const* types = nullptr;
 };
 
-inline constexpr ReferenceSet tableSets[] = {
-    {VYNCS_WCP874, oCP874map, 218},
-    {VYNCS_WCP1250, oCP1250map, 255},
-    {VYNCS_WCP1251, oCP1251map, 255},
-    {VYNCS_WCP1252, oCP1252map, 255},
-    {VYNCS_WCP1253, oCP1253map, 253},
-    {VYNCS_WCP1254, oCP1254map, 255},
-    {VYNCS_WCP1255, oCP1255map, 244},
-    {VYNCS_WCP1256, oCP1256map, 255},
-    {VYNCS_WCP1257, oCP1257map, 253},
-    {VYNCS_WCP1258, oCP1258map, 255},
-    {VYNCS_KOI8R, oKOI8Rmap, 255},
-    {VYNCS_ISO_8859_1, o8859_1map, 255},
-    {VYNCS_ISO_8859_2, o8859_2map, 255},
-    {VYNCS_ISO_8859_3, o8859_3map, 248},
-    {VYNCS_ISO_8859_4, o8859_4map, 255},
-    {VYNCS_ISO_8859_5, o8859_5map, 255},
-    {VYNCS_ISO_8859_6, o8859_6map, 210},
-    {VYNCS_ISO_8859_7, o8859_7map, 252},
-    {VYNCS_ISO_8859_8, o8859_8map, 219},
-    {VYNCS_ISO_8859_9, o8859_9map, 255},
-    {VYNCS_ISO_8859_10, o8859_10map, 255},
-    {VYNCS_ISO_8859_11, o8859_11map, 247},
-    {VYNCS_ISO_8859_13, o8859_13map, 255},
-    {VYNCS_ISO_8859_14, o8859_14map, 255},
-    {VYNCS_ISO_8859_15, o8859_15map, 255},
-    {VYNCS_ISO_8859_16, o8859_16map, 255},
+inline constexpr ReferenceSet singleByteSets[] = {
+    {VYNCS_WCP874, oCP874map, 218},        {VYNCS_WCP1250, oCP1250map, 255},      {VYNCS_WCP1251, oCP1251map, 255},
+    {VYNCS_WCP1252, oCP1252map, 255},      {VYNCS_WCP1253, oCP1253map, 253},      {VYNCS_WCP1254, oCP1254map, 255},
+    {VYNCS_WCP1255, oCP1255map, 244},      {VYNCS_WCP1256, oCP1256map, 255},      {VYNCS_WCP1257, oCP1257map, 253},
+    {VYNCS_WCP1258, oCP1258map, 255},      {VYNCS_KOI8R, oKOI8Rmap, 255},         {VYNCS_ISO_8859_1, o8859_1map, 255},
+    {VYNCS_ISO_8859_2, o8859_2map, 255},   {VYNCS_ISO_8859_3, o8859_3map, 248},   {VYNCS_ISO_8859_4, o8859_4map, 255},
+    {VYNCS_ISO_8859_5, o8859_5map, 255},   {VYNCS_ISO_8859_6, o8859_6map, 210},   {VYNCS_ISO_8859_7, o8859_7map, 252},
+    {VYNCS_ISO_8859_8, o8859_8map, 219},   {VYNCS_ISO_8859_9, o8859_9map, 255},   {VYNCS_ISO_8859_10, o8859_10map, 255},
+    {VYNCS_ISO_8859_11, o8859_11map, 247}, {VYNCS_ISO_8859_13, o8859_13map, 255}, {VYNCS_ISO_8859_14, o8859_14map, 255},
+    {VYNCS_ISO_8859_15, o8859_15map, 255}, {VYNCS_ISO_8859_16, o8859_16map, 255},
+};
+inline constexpr ReferenceSet multibyteSets[] = {
     {VYNCS_WCP932, oCP932map, 9338, Form::DoubleByte, oCP932Type},
     {VYNCS_WCP936, oCP936map, 24069, Form::DoubleByte, oCP936Type},
     {VYNCS_WCP949, oCP949map, 17365, Form::DoubleByte, oCP949Type},
@@ -64,8 +49,13 @@ inline constexpr ReferenceSet unicodeSets[] = {
     {VYNCS_UTF32, nullptr, 0, Form::Utf32},
 };
 
+inline std::vector<ReferenceSet> tableSets() {
+    std::vector<ReferenceSet> sets(std::begin(singleByteSets), std::end(singleByteSets));
+    sets.insert(sets.end(), std::begin(multibyteSets), std::end(multibyteSets));
+    return sets;
+}
 inline std::vector<ReferenceSet> allSets() {
-    std::vector<ReferenceSet> sets(std::begin(tableSets), std::end(tableSets));
+    std::vector<ReferenceSet> sets = tableSets();
     sets.insert(sets.end(), std::begin(unicodeSets), std::end(unicodeSets));
     return sets;
 }
@@ -169,6 +159,7 @@ public:
         out.clear();
         m_decoded.illegal = false;
         Form const form = m_set.form;
+        bool const stops = call.op == ILLCHAR_STOP && form != Form::Utf8;
         bool const needsLimit = form == Form::SingleByte || form == Form::Utf16 || form == Form::Utf32;
         bool const readsNothing = (call.maxSrc == 0 && needsLimit) || (call.maxSrc < 0 && form == Form::Utf16);
         for (unsigned long at = 0; out.size() < room && m_elements[at] != 0 && !readsNothing;) {
@@ -179,7 +170,7 @@ public:
                 found = none(1);
             }
             m_decoded.illegal |= !found.mapped;
-            if (!found.mapped && call.op == ILLCHAR_STOP && form != Form::Utf8)
+            if (!found.mapped && stops)
                 break;
             if (found.units == 2)
                 out.push_back(static_cast<unsigned short>(0xD800 + (found.value - 0x10000) / 0x400));
@@ -194,7 +185,7 @@ public:
         return m_decoded;
     }
 
-    /// (Not for escapes in UTF-8, which leave the room.)
+    /// Not for escapes in UTF-8, which leave the room.
     Converted<unsigned char> const& encode(Units const& source, unsigned long room, Call const& call) {
         m_units = source;
         m_units.resize(source.size() + 2);
