@@ -148,7 +148,7 @@ TEST(EntryPoints, ConvertAllThatARegisteredSetMayUse) {
 }
 
 TEST(EntryPoints, AnswerNullEmptyAndTooSmall) {
-    alignas(4) char const text[] = "a\0\0";
+    alignas(4) char const text[] = "a\0\0", empty[4] = {}; // in every set
     alignas(4) char dst[8];
     auto const untouched = [&] { return std::count(dst, dst + 8, 'x') == 8; };
     std::fill_n(dst, 8, 'x');
@@ -165,7 +165,7 @@ TEST(EntryPoints, AnswerNullEmptyAndTooSmall) {
 
     for (EntryPoint const* const entry : entryPoints) {
         std::fill_n(dst, 8, 'x');
-        EXPECT_EQ(entry->call(dst, "\0\0", 4, VYNCS_UTF32), 0UL);
+        EXPECT_EQ(entry->call(dst, empty, 4, VYNCS_UTF32), 0UL);
         auto const zeros = static_cast<std::ptrdiff_t>(entry->terminator(VYNCS_UTF32));
         EXPECT_EQ(std::count(dst, dst + zeros, '\0'), zeros);
         EXPECT_EQ(std::count(dst + zeros, dst + 8, 'x'), 8 - zeros);
@@ -217,6 +217,9 @@ TEST(EntryPoints, KeepPathsReadable) {
                                 : is(VYNCS_WCP932)     ? "\x93\xFAU+00E9.txt"
                                                        : "unexpected default");
     EXPECT_EQ(fromPath(toPath(name, 40), 40), name);
+
+    toPath(std::string(100, 'x'), 101); // what is left in memory must not follow a shorter text
+    EXPECT_EQ(toPath("\xED\xA0\x80", 40), "U+D800");
 
     // Lone surrogates: as many escapes as fit, none of them cut, nothing after the end, whatever the room.
     for (std::string const unit : {"\xED\xA0\x80", "\xED\xA0\x80x", "é\xED\xA0\x80", "\xED\xA0\x80\xED\xB0"}) {

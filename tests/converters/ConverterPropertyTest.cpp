@@ -24,9 +24,9 @@ protected:
 
     /// Runs of characters of one kind each, whole and broken surrogate pairs among them.
     Units anyUnits(unsigned length) {
-        constexpr unsigned kinds[][2] = {{0x01, 0x7F},       {0x20, 0x7E},      {0x80, 0x5FF},    {0x2000, 0x33FF},
-                                         {0x4E00, 0x9FFF},   {0xAC00, 0xD7A3},  {0xD800, 0xDFFF}, {0xE000, 0xFFFF},
-                                         {0x10000, 0x1FFFF}, {0x20000, 0x2A6FF}};
+        constexpr unsigned kinds[][2] = {{0x01, 0x7F},     {0x20, 0x7E},       {0x80, 0x5FF},     {0x600, 0x13FF},
+                                         {0x2000, 0x33FF}, {0x4E00, 0x9FFF},   {0xAC00, 0xD7A3},  {0xD800, 0xDFFF},
+                                         {0xE000, 0xFFFF}, {0x10000, 0x1FFFF}, {0x20000, 0x2A6FF}};
         Units units;
         while (units.size() < length) {
             auto const& kind = kinds[anyOf(0, std::size(kinds) - 1)];
