@@ -10,6 +10,7 @@
 #include <pthread.h>
 
 #include <algorithm>
+#include <functional>
 #include <string>
 
 namespace {
@@ -23,91 +24,103 @@ constexpr VynCharSet allSets[] = {
 #undef ROW
 };
 
-unsigned char* utf8(char* text) {
-    return reinterpret_cast<unsigned char*>(text);
-}
-unsigned char const* utf8(char const* text) {
-    return reinterpret_cast<unsigned char const*>(text);
-}
-unsigned short* units(char16_t* text) {
-    return reinterpret_cast<unsigned short*>(text);
+unsigned short* unitsAt(void* text) {
+    return static_cast<unsigned short*>(text);
 }
 
-constexpr std::size_t guardedBytes = 1 << 17;
-
-/// The text and its terminator, which ends at an inaccessible page. It stays until the next call.
-template <class Element>
-Element* guarded(std::basic_string<Element> const& text) {
-    static GuardedBuffer memory(guardedBytes);
-    auto* const end = reinterpret_cast<Element*>(memory.end());
-    return std::copy_n(text.c_str(), text.size() + 1, end - text.size() - 1) - text.size() - 1;
+/// The bytes of the units.
+std::string raw(Units const& units) {
+    return {reinterpret_cast<char const*>(units.data()), units.size() * sizeof(char16_t)};
 }
 
-/// The output of `convert(dst)`, called with room for `size` elements that end at an inaccessible page.
-template <class Element, class Convert>
-std::basic_string<Element> written(std::size_t size, Convert convert, std::size_t terminator = 1) {
-    static GuardedBuffer memory(guardedBytes);
-    auto* const dst = reinterpret_cast<Element*>(memory.end()) - size;
-    std::fill_n(dst, size, Element(0x5A));
-    unsigned long const length = convert(dst);
-    if (length != 0) {
-        EXPECT_LE(length + terminator, size);
-        EXPECT_EQ(std::count(dst + length, dst + length + terminator, Element(0)), static_cast<long>(terminator));
+/// A text that ends at an inaccessible page. It stays until the next call.
+void* guarded(std::string const& bytes) {
+    static GuardedBuffer memory(1 << 17);
+    return std::copy(bytes.begin(), bytes.end(), memory.end() - bytes.size()) - bytes.size();
+}
+
+/// A conversion, by the one signature that all can be called with. Sizes of elements are in bytes.
+struct EntryPoint {
+    std::size_t sourceElement, targetElement;
+    bool toLocal; ///< To the set that it is called with.
+    std::function<unsigned long(void* dst, void const* src, long size, VynCharSet cs)> call;
+
+    std::size_t terminator(VynCharSet cs) const { return toLocal ? GetNullCharSize(cs) : targetElement; }
+
+    /// The bytes that it writes, called with a source and a destination that end at inaccessible pages.
+    std::string operator()(std::string const& text, std::size_t size, VynCharSet cs = VYNCS_UTF8) const {
+        static GuardedBuffer memory(1 << 17);
+        unsigned char* const dst = memory.end() - size * targetElement;
+        std::fill(dst, memory.end(), static_cast<unsigned char>(0x5A));
+        void const* const src = guarded(text + std::string(sourceElement, '\0'));
+        unsigned long const length = call(dst, src, static_cast<long>(size), cs) * targetElement;
+        EXPECT_LE(length, size * targetElement);
+        if (length != 0) {
+            EXPECT_EQ(std::string(dst + length, dst + length + terminator(cs)), std::string(terminator(cs), '\0'));
+        }
+        return {dst, dst + length};
     }
-    return {dst, length};
+};
+
+template <class Target, class Source, class Size, class... Set>
+EntryPoint entryPoint(unsigned long (*function)(Target*, Source const*, Size, Set...), bool toLocal = false) {
+    return {sizeof(Source), sizeof(Target), toLocal,
+            [function](void* dst, void const* src, long size, [[maybe_unused]] VynCharSet cs) {
+                auto const bind = [&](auto... set) {
+                    return function(static_cast<Target*>(dst), static_cast<Source const*>(src), static_cast<Size>(size),
+                                    set...);
+                };
+                if constexpr (sizeof...(Set) != 0)
+                    return bind(cs);
+                else
+                    return bind();
+            }};
 }
 
-std::string localToUtf8(std::string const& text, VynCharSet cs, std::size_t size = 64) {
-    return written<char>(size, [&](char* dst) { return LocalToUTF8(utf8(dst), guarded(text), size, cs); });
-}
-std::string utf8ToLocal(std::string const& text, VynCharSet cs, std::size_t size = 64) {
-    auto const convert = [&](char* dst) { return UTF8ToLocal(dst, utf8(guarded(text)), size, cs); };
-    return written<char>(size, convert, GetNullCharSize(cs));
-}
-Units localToUtf16(std::string const& text, VynCharSet cs, std::size_t size) {
-    auto const room = static_cast<int>(size);
-    return written<char16_t>(size, [&](char16_t* dst) { return LocalToUTF16(units(dst), guarded(text), room, cs); });
-}
-std::string utf16ToLocal(Units const& text, VynCharSet cs, std::size_t size) {
-    auto const convert = [&](char* dst) { return UTF16ToLocal(dst, units(guarded(text)), size, cs); };
-    return written<char>(size, convert, GetNullCharSize(cs));
-}
-Units utf8ToUtf16(std::string const& text, std::size_t size) {
-    return written<char16_t>(size, [&](char16_t* dst) { return UTF8ToUTF16(units(dst), utf8(guarded(text)), size); });
-}
-std::string utf16ToUtf8(Units const& text, std::size_t size) {
-    return written<char>(size, [&](char* dst) { return UTF16ToUTF8(utf8(dst), units(guarded(text)), size); });
-}
-std::string fromPath(std::string const& text, std::size_t size) {
-    auto const room = static_cast<int>(size);
-    return written<char>(size, [&](char* dst) { return LocalPathToUTF8(utf8(dst), guarded(text), room); });
-}
-std::string toPath(std::string const& text, std::size_t size) {
-    auto const room = static_cast<int>(size);
-    return written<char>(size, [&](char* dst) { return UTF8ToLocalPath(dst, utf8(guarded(text)), room); });
-}
+EntryPoint const localToUtf8 = entryPoint(LocalToUTF8), utf8ToLocal = entryPoint(UTF8ToLocal, true),
+                 localToUtf16 = entryPoint(LocalToUTF16), utf16ToLocal = entryPoint(UTF16ToLocal, true),
+                 utf8ToUtf16 = entryPoint(UTF8ToUTF16), utf16ToUtf8 = entryPoint(UTF16ToUTF8),
+                 fromPath = entryPoint(LocalPathToUTF8), toPath = entryPoint(UTF8ToLocalPath);
+EntryPoint const* const entryPoints[] = {&localToUtf8, &utf8ToLocal, &localToUtf16, &utf16ToLocal,
+                                         &utf8ToUtf16, &utf16ToUtf8, &fromPath,     &toPath};
+EntryPoint const* const withScratch[] = {&localToUtf8, &utf8ToLocal, &fromPath, &toPath};
 
-TEST(EntryPoints, ConvertBetweenLocalTextAndUtf8) {
-    struct Row {
+TEST(EntryPoints, Convert) {
+    struct {
+        EntryPoint const& convert;
         VynCharSet cs;
-        std::string local, utf8;
+        std::string source;
+        std::size_t size;
+        std::string target;
+    } const rows[] = {
+        {localToUtf8, VYNCS_KOI8R, "\xF0\xD2\xC9", 64, "При"},
+        {localToUtf8, VYNCS_EUC_TW, "\xC3\xA9", 64, "é"},
+        {localToUtf8, VYNCS_UTF16ESC, "U+00E9", 64, "é"},
+        // What is not valid is ISO 8859-1, the whole of it. Four bytes of UTF-8 raise the flag, although they are valid.
+        {localToUtf8, VYNCS_UTF8, "\xC3\xA9\xE9", 64, "Ã©é"},
+        {localToUtf8, VYNCS_UTF8, "\xF0\x9F\x98\x80", 64, "\xC3\xB0\xC2\x9F\xC2\x98\xC2\x80"},
+        {localToUtf8, VYNCS_WCP932, "\x87\x40", 64, "\xC2\x87@"},
+        {localToUtf8, VYNCS_UTF16, "A\0"s, 64, ""},
+        // As many units as bytes stand before the first zero byte, which may lie within a value.
+        {localToUtf8, VYNCS_UTF32, "A\0\0\0B\0\0\0\0\0\0\0"s, 64, "A"},
+        {localToUtf8, VYNCS_UTF32, "\xFF\xFF\0\0\xFF\xFF\0\0\0\0\0\0"s, 64, "\uFFFF\uFFFF"},
+        {utf8ToLocal, VYNCS_WCP932, "あ", 64, "\x82\xA0"},
+        {utf8ToLocal, VYNCS_UTF16ESC, "é", 64, "U+00E9"},
+        {utf8ToLocal, VYNCS_ISO_8859_1, "日é\xFF", 64, "?\xE9?"},
+        {utf8ToLocal, VYNCS_UTF16, "aé", 64, "a\0\xE9\0"s},
+        {utf8ToLocal, VYNCS_UTF8, "\x80\x80", 64, ""},
+        {localToUtf16, VYNCS_KOI8R, "\xF0\xD2\xC9", 3, raw(u"Пр")},
+        {localToUtf16, VYNCS_UTF8, "\xF0\x9F\x98\x80", 10, raw(u"\u00F0\u009F\u0098\u0080")},
+        {localToUtf16, VYNCS_UTF8, "ab\xFF", 3, raw(u"ab")}, // what is beyond the room is not looked at
+        {localToUtf16, VYNCS_UTF32, "A\0\0\0\x00\xF6\x01\0\0\0\0"s, 10, raw(u"A\U0001F600")},
+        {utf16ToLocal, VYNCS_KOI8R, raw(u"Прé"), 4, "\xF0\xD2?"},
+        {utf16ToLocal, VYNCS_UTF32, raw(u"ab"), 11, "a\0\0\0"s},
+        {utf8ToUtf16, {}, "a\xF0\x9F\x98\x80", 3, raw(u"a\uFFFD")},
+        {utf16ToUtf8, {}, raw(u"éé"), 3, "é"},
+        {utf16ToUtf8, {}, raw({0xD800, u'a'}), 9, "?a"},
     };
-    for (Row const& row :
-         {Row{VYNCS_KOI8R, "\xF0\xD2\xC9", "При"}, Row{VYNCS_WCP932, "\x82\xA0", "あ"},
-          Row{VYNCS_EUC_TW, "\xC3\xA9", "é"}, Row{VYNCS_UTF16ESC, "U+00E9", "é"}, Row{VYNCS_ISO_8859_1, "\xE9", "é"}}) {
-        EXPECT_EQ(localToUtf8(row.local, row.cs), row.utf8);
-        EXPECT_EQ(utf8ToLocal(row.utf8, row.cs), row.local);
-    }
-    // What is not valid is ISO 8859-1, the whole of it. Four bytes of UTF-8 raise the flag, although they are valid.
-    for (Row const& row : {Row{VYNCS_UTF8, "\xE9", "é"}, Row{VYNCS_UTF8, "\xC3\xA9\xE9", "Ã©é"},
-                           Row{VYNCS_UTF8, "\xF0\x9F\x98\x80", "\xC3\xB0\xC2\x9F\xC2\x98\xC2\x80"},
-                           Row{VYNCS_WCP932, "\x87\x40", "\xC2\x87@"}, Row{VYNCS_UTF16, "A\0"s, ""},
-                           // As many units as bytes stand before the first zero byte, which may lie within a value.
-                           Row{VYNCS_UTF32, "A\0\0\0B\0\0\0\0\0\0\0"s, "A"},
-                           Row{VYNCS_UTF32, "\xFF\xFF\0\0\xFF\xFF\0\0\0\0\0\0"s, "\uFFFF\uFFFF"}})
-        EXPECT_EQ(localToUtf8(row.local, row.cs), row.utf8) << row.cs;
-    EXPECT_EQ(utf8ToLocal("日é\xFF", VYNCS_ISO_8859_1), "?\xE9?");
-    EXPECT_EQ(utf8ToLocal("aé", VYNCS_UTF16), "a\0\xE9\0"s);
+    for (auto const& [convert, cs, source, size, target] : rows)
+        EXPECT_EQ(convert(source, size, cs), target) << cs;
 }
 
 /// Drops U+200B, as a set of somebody's own may.
@@ -121,7 +134,7 @@ public:
         for (; *src != 0; ++src)
             if (*src != 0x200B)
                 kept.push_back(static_cast<char16_t>(*src));
-        return VynCharSetConverterUTF8::fromUTF16(dst, units(kept.data()), dstCap, op, illegal);
+        return VynCharSetConverterUTF8::fromUTF16(dst, unitsAt(kept.data()), dstCap, op, illegal);
     }
 };
 
@@ -131,62 +144,50 @@ TEST(EntryPoints, ConvertAllThatARegisteredSetMayUse) {
     std::string text;
     for (int i = 0; i < 20; ++i)
         text += "\u200B";
-    EXPECT_EQ(utf8ToLocal(text + "abc", VYNCS_ISO_2022KR, 5), "abc");
-}
-
-TEST(EntryPoints, ConvertFromAndToUtf16) {
-    EXPECT_EQ(localToUtf16("\xF0\xD2\xC9", VYNCS_KOI8R, 3), u"Пр");
-    EXPECT_EQ(localToUtf16("\xF0\x9F\x98\x80", VYNCS_UTF8, 10), u"\u00F0\u009F\u0098\u0080");
-    EXPECT_EQ(localToUtf16("ab\xFF", VYNCS_UTF8, 3), u"ab"); // what is beyond the room is not looked at
-    EXPECT_EQ(localToUtf16("A\0\0\0\x00\xF6\x01\0\0\0\0"s, VYNCS_UTF32, 10), u"A\U0001F600");
-    EXPECT_EQ(utf8ToUtf16("a\xF0\x9F\x98\x80", 3), u"a\uFFFD");
-    EXPECT_EQ(utf16ToUtf8(u"éé", 3), "é");
-    EXPECT_EQ(utf16ToUtf8({0xD800, u'a'}, 9), "?a");
-    EXPECT_EQ(utf16ToLocal(u"Прé", VYNCS_KOI8R, 4), "\xF0\xD2?");
-    EXPECT_EQ(utf16ToLocal(u"ab", VYNCS_UTF32, 11), "a\0\0\0"s);
+    EXPECT_EQ(utf8ToLocal(text + "abc", 5, VYNCS_ISO_2022KR), "abc");
 }
 
 TEST(EntryPoints, AnswerNullEmptyAndTooSmall) {
-    char chars[4] = {1, 2, 3, 4};
-    char16_t wide[2] = {1, 2};
-    auto const* const empty = utf8("");
-    for (int const missing : {0, 1, 2, 3}) { // destination, source, size; a negative one
-        char* const dst = missing == 0 ? nullptr : chars;
-        auto* const dst16 = units(missing == 0 ? nullptr : wide);
-        char const* const src = missing == 1 ? nullptr : "a";
-        unsigned short const a[] = {u'a', 0}, *const src16 = missing == 1 ? nullptr : a;
-        int const size = missing == 2 ? 0 : missing == 3 ? -5 : 2;
-        EXPECT_EQ(LocalToUTF16(dst16, src, size, VYNCS_UTF8) + LocalPathToUTF8(utf8(dst), src, size) +
-                      UTF8ToLocalPath(dst, utf8(src), size),
-                  0UL);
-        auto const room = static_cast<unsigned long>(std::max(size, 0));
-        EXPECT_EQ(LocalToUTF8(utf8(dst), src, room, VYNCS_UTF8) + UTF8ToLocal(dst, utf8(src), room, VYNCS_UTF8) +
-                      UTF16ToLocal(dst, src16, room, VYNCS_UTF8) + UTF8ToUTF16(dst16, utf8(src), room) +
-                      UTF16ToUTF8(utf8(dst), src16, room),
-                  0UL);
+    alignas(4) char const text[] = "a\0\0", empty[4] = {}; // in every set
+    alignas(4) char dst[8];
+    auto const untouched = [&] { return std::count(dst, dst + 8, 'x') == 8; };
+    std::fill_n(dst, 8, 'x');
+    for (EntryPoint const* const entry : entryPoints) {
+        EXPECT_EQ(entry->call(nullptr, text, 2, VYNCS_UTF8), 0UL);
+        EXPECT_EQ(entry->call(dst, nullptr, 2, VYNCS_UTF8), 0UL);
+        EXPECT_EQ(entry->call(dst, text, 0, VYNCS_UTF8), 0UL);
     }
-    EXPECT_EQ(UTF8ToLocal(chars, utf8("\x80\x80"), 4, VYNCS_UTF8), 0UL); // decodes to nothing
-    EXPECT_EQ(UTF8ToLocal(chars, empty, 3, VYNCS_UTF32) + UTF16ToLocal(chars, units(wide), 1, VYNCS_UTF16), 0UL);
-    EXPECT_EQ(GetNumUnits(nullptr, VYNCS_UTF8) + GetNumBytes(nullptr, VYNCS_UTF8) + VynCharSetWStrlen(nullptr), 0UL);
-    EXPECT_TRUE(std::string(chars, 4) == "\1\2\3\4" && wide[0] == 1);
+    for (EntryPoint const* const entry : {&localToUtf16, &fromPath, &toPath})
+        EXPECT_EQ(entry->call(dst, text, -5, VYNCS_UTF8), 0UL);
+    for (EntryPoint const* const entry : {&utf8ToLocal, &utf16ToLocal})
+        EXPECT_EQ(entry->call(dst, text, 3, VYNCS_UTF32), 0UL);
+    EXPECT_TRUE(untouched());
 
-    EXPECT_EQ(LocalToUTF8(utf8(chars), "", 4, VYNCS_UTF8) + LocalPathToUTF8(utf8(chars + 1), "", 3), 0UL);
-    EXPECT_EQ(std::string(chars, 4), "\0\0\3\4"s);
-    std::fill_n(chars, 4, 'x');
-    EXPECT_EQ(UTF8ToLocal(chars, empty, 4, VYNCS_UTF16) + UTF8ToLocalPath(chars + 3, empty, 1), 0UL);
-    EXPECT_EQ(std::string(chars, 4), "\0\0x\0"s);
+    for (EntryPoint const* const entry : entryPoints) {
+        std::fill_n(dst, 8, 'x');
+        EXPECT_EQ(entry->call(dst, empty, 4, VYNCS_UTF32), 0UL);
+        auto const zeros = static_cast<std::ptrdiff_t>(entry->terminator(VYNCS_UTF32));
+        EXPECT_EQ(std::count(dst, dst + zeros, '\0'), zeros);
+        EXPECT_EQ(std::count(dst + zeros, dst + 8, 'x'), 8 - zeros);
+    }
 }
 
 TEST(EntryPoints, CountAndCompare) {
-    auto const equal = [](Units a, Units b) { return VynCharSetWStrEqual(units(a.data()), units(b.data())); };
+    auto const equal = [](Units a, Units b) { return VynCharSetWStrEqual(unitsAt(a.data()), unitsAt(b.data())); };
     EXPECT_EQ(GetNumUnits("\x82\xA0z", VYNCS_WCP932), 2UL);
-    EXPECT_EQ(GetNumBytes(units(guarded(u"あz"s)), VYNCS_WCP932), 3UL);
-    EXPECT_TRUE(GetMaxUnitSize(VYNCS_EUC_TW) == 3 && GetMinUnitSize(VYNCS_GB18030) == 1);
+    EXPECT_EQ(GetNumUnits(nullptr, VYNCS_UTF8), 0UL);
+    EXPECT_EQ(GetNumBytes(unitsAt(guarded(raw(u"あz\0"s))), VYNCS_WCP932), 3UL);
+    EXPECT_EQ(GetNumBytes(nullptr, VYNCS_UTF8), 0UL);
+    EXPECT_EQ(GetMaxUnitSize(VYNCS_EUC_TW), 3U);
+    EXPECT_EQ(GetMinUnitSize(VYNCS_UTF32), 4U);
     for (unsigned length = 0; length <= 100; ++length) // every alignment against the blocks of the scan
-        ASSERT_EQ(VynCharSetWStrlen(units(guarded(Units(length, u'x')))), length);
-    EXPECT_TRUE(VynCharSetWStrEqual(nullptr, nullptr) && !VynCharSetWStrEqual(nullptr, units(Units().data())));
-    EXPECT_TRUE(equal(u"", u"") && equal(u"ab", u"ab"));
-    EXPECT_FALSE(equal(u"ab", u"abc") || equal(u"abc", u"ab") || equal(u"ab", u"aB"));
+        ASSERT_EQ(VynCharSetWStrlen(unitsAt(guarded(raw(Units(length, u'x') + u'\0')))), length);
+    EXPECT_EQ(VynCharSetWStrlen(nullptr), 0U);
+    EXPECT_TRUE(VynCharSetWStrEqual(nullptr, nullptr));
+    EXPECT_FALSE(VynCharSetWStrEqual(nullptr, unitsAt(Units().data())));
+    EXPECT_TRUE(equal(u"ab\0x"s, u"ab\0y"s));
+    EXPECT_FALSE(equal(u"ab", u"abc"));
+    EXPECT_FALSE(equal(u"ab", u"aB"));
 }
 
 // Run once for each default set that matters, see CMakeLists.txt.
@@ -205,6 +206,10 @@ TEST(EntryPoints, KeepPathsReadable) {
     for (auto const& [local, utf8] : escaped)
         EXPECT_EQ(fromPath(local, 40), utf8) << local;
     EXPECT_EQ(fromPath("U+00E9U+00E9", 4), "é");
+    if (char dst = 'x'; is(VYNCS_UTF8)) { // in which a path can decode to nothing
+        EXPECT_EQ(fromPath.call(&dst, "\x80", 1, {}), 0UL);
+        EXPECT_EQ(dst, 'x');
+    }
 
     std::string const name = "日é.txt";
     EXPECT_EQ(toPath(name, 40), is(VYNCS_UTF8)         ? name
@@ -213,7 +218,10 @@ TEST(EntryPoints, KeepPathsReadable) {
                                                        : "unexpected default");
     EXPECT_EQ(fromPath(toPath(name, 40), 40), name);
 
-    // Lone surrogates: as many escapes as fit, none of them cut, nothing behind the end, whatever the room.
+    toPath(std::string(100, 'x'), 101); // what is left in memory must not follow a shorter text
+    EXPECT_EQ(toPath("\xED\xA0\x80", 40), "U+D800");
+
+    // Lone surrogates: as many escapes as fit, none of them cut, nothing after the end, whatever the room.
     for (std::string const unit : {"\xED\xA0\x80", "\xED\xA0\x80x", "é\xED\xA0\x80", "\xED\xA0\x80\xED\xB0"}) {
         std::string text;
         for (int i = 0; i < 1500; ++i)
@@ -244,29 +252,22 @@ TEST(EntryPoints, KeepToTheirBuffers) {
             unit = static_cast<char16_t>(random.below(3) == 0 ? 0xD800 + random.below(0x800) : unit & 0xFF);
         std::size_t const size = random.below(80);
         for (VynCharSet const cs : allSets) {
-            std::string const local = text + std::string(2 * GetNullCharSize(cs) - 1, '\0'); // ends in every set
-            localToUtf8(local, cs, size);
-            localToUtf16(local, cs, size);
-            GetNumUnits(guarded(local), cs);
-            utf8ToLocal(text, cs, size);
-            utf16ToLocal(wide, cs, size);
-            GetNumBytes(units(guarded(wide)), cs);
+            std::string const local = text + std::string(2 * GetNullCharSize(cs) - 2, '\0'); // ends in every set
+            for (EntryPoint const* const entry : entryPoints)
+                (*entry)(entry->sourceElement == 1 ? local : raw(wide), size, cs);
+            GetNumUnits(static_cast<char const*>(guarded(local + '\0')), cs);
+            GetNumBytes(unitsAt(guarded(raw(wide + u'\0'))), cs);
         }
-        fromPath(text, size);
-        toPath(text, size);
-        utf16ToUtf8(wide, size);
     }
 }
 
 TEST(EntryPoints, TakeHugeSourcesOnASmallStack) {
-    static constexpr std::size_t length = 100UL << 20;
-    static std::string const text(length, 'x');
-    static std::string dst(length + 1, '\0');
+    static constexpr long length = 100L << 20;
     auto const convertAll = [](void*) -> void* {
-        EXPECT_EQ(LocalToUTF8(utf8(dst.data()), text.c_str(), length + 1, VYNCS_KOI8R), length);
-        EXPECT_EQ(UTF8ToLocal(dst.data(), utf8(text.c_str()), length + 1, VYNCS_WCP932), length);
-        EXPECT_EQ(LocalPathToUTF8(utf8(dst.data()), text.c_str(), 9), 8UL);
-        EXPECT_EQ(UTF8ToLocalPath(dst.data(), utf8(text.c_str()), static_cast<int>(length + 1)), length);
+        std::string const text(length, 'x');
+        std::string dst(length + 1, '\0');
+        for (EntryPoint const* const entry : withScratch)
+            EXPECT_EQ(entry->call(dst.data(), text.c_str(), length + 1, VYNCS_KOI8R), length);
         return nullptr;
     };
     pthread_attr_t attributes;
@@ -279,20 +280,16 @@ TEST(EntryPoints, TakeHugeSourcesOnASmallStack) {
 }
 
 TEST(EntryPoints, ReturnNothingWhereMemoryRunsOut) {
-    static std::string const text(100000, 'x');
-    static std::string dst(text.size() + 1, '\0');
-    auto const convertAll = [] {
-        auto const size = static_cast<int>(dst.size());
-        return LocalToUTF8(utf8(dst.data()), text.c_str(), dst.size(), VYNCS_KOI8R) +
-               UTF8ToLocal(dst.data(), utf8(text.c_str()), dst.size(), VYNCS_KOI8R) +
-               LocalPathToUTF8(utf8(dst.data()), text.c_str(), size) +
-               UTF8ToLocalPath(dst.data(), utf8(text.c_str()), size);
-    };
-    allocationsLeft = 0;
-    unsigned long const withoutMemory = convertAll();
-    allocationsLeft = unlimitedAllocations;
-    EXPECT_EQ(withoutMemory, 0UL);
-    EXPECT_EQ(convertAll(), 4 * text.size());
+    std::string const text(100000, 'x');
+    std::string dst(text.size() + 1, '\0');
+    for (EntryPoint const* const entry : withScratch) {
+        auto const convert = [&] { return entry->call(dst.data(), text.c_str(), std::ssize(dst), VYNCS_KOI8R); };
+        allocationsLeft = 0;
+        unsigned long const withoutMemory = convert();
+        allocationsLeft = unlimitedAllocations;
+        EXPECT_EQ(withoutMemory, 0UL);
+        EXPECT_EQ(convert(), text.size());
+    }
 }
 
 } // namespace

@@ -1,3 +1,5 @@
+#include "tests/support/FailingAllocation.h"
+
 #include <vynulib/CharSetConverterManager.h>
 
 #include <gtest/gtest.h>
@@ -61,6 +63,14 @@ TEST(Locale, IsAskedForWithoutLang) {
     EXPECT_EQ(g_oCnvtMgr.getDefaultCharSet(), VYNCS_UTF8);
     setenv("LANG", "", 1);
     EXPECT_EQ(g_oCnvtMgr.getDefaultCharSet(), VYNCS_ISO_8859_1);
+}
+
+TEST(Locale, CannotKeepTheLibraryFromLoading) {
+    setenv("LANG", ("en_US." + std::string(1000, 'x')).c_str(), 1);
+    allocationsLeft = 0;
+    VynCharSet const detected = g_oCnvtMgr.getDefaultCharSet();
+    allocationsLeft = unlimitedAllocations;
+    EXPECT_EQ(detected, VYNCS_ISO_8859_1);
 }
 
 } // namespace

@@ -1,6 +1,9 @@
 // What happens to threads when their process ends or forks. Each case is a process of its own.
 
+#include "tests/support/FailingAllocation.h"
+
 #include <vynulib/VynCharSetConverter.h>
+#include <vynulib/VynUChar.h>
 #include <vynulib/VynUString.h>
 
 #include <gtest/gtest.h>
@@ -9,6 +12,8 @@
 #include <unistd.h>
 
 #include <chrono>
+#include <cstdio>
+#include <cstdlib>
 #include <thread>
 
 namespace {
@@ -44,18 +49,35 @@ int statusOf(Body body) {
     return status;
 }
 
+/// Leaves output that exit() writes last of all, which takes it a while: threads run on after all was torn down.
+void writeSlowlyAtExit() {
+    cookie_io_functions_t functions{};
+    functions.write = [](void*, char const*, std::size_t size) {
+        std::this_thread::sleep_for(50ms);
+        return static_cast<ssize_t>(size);
+    };
+    std::fputc('x', fopencookie(nullptr, "w", functions));
+}
+
+void convertWithoutMemory() {
+    unsigned short units[2];
+    VynCharSetConverter::getConverter(VYNCS_WCP932)->toUTF16(units, "\x82\xA0", 1, ILLCHAR_REPLACE, nullptr, -1);
+    if (units[0] != 0x3042 || VynUChar::m_gUpperCaseTable.getValue(0xE9) != 0xC9)
+        std::abort();
+}
+
 TEST(Process, EndsWhileThreadsConvert) {
-    for (int round = 0; round < 10; ++round)
+    for (int round = 0; round < 4; ++round)
         ASSERT_EQ(statusOf([] {
+                      writeSlowlyAtExit();
+                      convertWithoutMemory(); // builds the tables
                       for (int i = 0; i < 4; ++i)
                           std::thread([] {
-                              for (;;) {
-                                  VynUString text("text", VYNCS_WCP1252);
-                                  text.toUpper(false);
-                                  VynUString(text.c_str(VYNCS_WCP932), VYNCS_WCP932);
-                              }
+                              for (;;)
+                                  convertWithoutMemory();
                           }).detach();
                       std::this_thread::sleep_for(20ms);
+                      allocationsLeft = 0; // no table can be built anew
                       std::exit(0);
                   }),
                   0);

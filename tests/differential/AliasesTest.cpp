@@ -60,7 +60,6 @@ TEST(Aliases, MeanWhatTheyDoInIcu) {
     for (auto const& [alias, reason] : reasons)
         ADD_FAILURE() << alias << " occurs no longer: " << reason;
     EXPECT_GT(common, 100U);
-    std::cout << common << " names are known to " << peerVersions() << " as well\n";
 }
 
 } // namespace

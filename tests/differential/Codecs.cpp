@@ -1,9 +1,7 @@
 #include "tests/differential/Codecs.h"
 
-#include <gnu/libc-version.h>
 #include <iconv.h>
 #include <unicode/ucnv.h>
-#include <unicode/uversion.h>
 
 #include <memory>
 
@@ -130,8 +128,4 @@ std::set<std::string> icuAliases() {
             aliases.insert(ucnv_getAlias(name, alias, &status));
     }
     return aliases;
-}
-
-std::string peerVersions() {
-    return std::string("ICU ") + U_ICU_VERSION + ", glibc " + gnu_get_libc_version();
 }

@@ -27,6 +27,3 @@ std::string icuConverterName(char const* name);
 
 /// Every name of every converter of ICU.
 std::set<std::string> icuAliases();
-
-/// The peers' own versions, as one line.
-std::string peerVersions();

@@ -115,7 +115,7 @@ std::vector<KnownDifference> const knownDifferences = {
      {{0x82F5, 0x82F9}, {0x8397, 0x839E}, {0x83F6}, {0x8663}, {0x8667, 0x866E}, {0x8685, 0x8686}}},
     {"JIS X 0212 is empty", bothPeers, {VYNCS_EUC_JP}, onlyTheirs, {{0x8FA1A1, 0x8FFEFE}}},
     {"the high bit of a trail byte is not tested", bothPeers, {VYNCS_EUC_JP}, trailBitUntested},
-    {"yen sign and overline lie behind a lead byte 80", bothPeers, {VYNCS_EUC_JP}, onlyOurs, {{0x80DC}, {0x80FE}}},
+    {"yen sign and overline follow a lead byte 80", bothPeers, {VYNCS_EUC_JP}, onlyOurs, {{0x80DC}, {0x80FE}}},
     {"A1C0 is the plain backslash", bothPeers, {VYNCS_EUC_JP}, otherCharacter, {{0xA1C0}}},
     // Bar, cent, pound and not signs.
     {"as in JIS X 0208", icu, {VYNCS_EUC_JP}, otherCharacter, {{0xA1BD}, {0xA1F1, 0xA1F2}, {0xA2CC}}},

@@ -43,7 +43,8 @@ struct Environment : JNIEnv_ {
 
     static void takeBack(JNIEnv* env, jstring text, char const* bytes) {
         auto& self = *static_cast<Environment*>(env);
-        EXPECT_TRUE(text == self.lent.first && bytes == self.lent.second);
+        EXPECT_EQ(text, self.lent.first);
+        EXPECT_EQ(bytes, self.lent.second);
         ++self.takenBack;
         std::free(std::exchange(self.lent, {}).second);
     }
@@ -82,7 +83,7 @@ DefaultSet defaultSet() {
     return found != sets.end() ? found->second : Latin1; // no locale, or no known codeset
 }
 
-/// Characters of UTF-8 that a name is stored as, each behind the bytes that it adds to the local form.
+/// Characters of UTF-8 that a name is stored as, each with the bytes before it that it adds to the local form.
 using Characters = std::vector<std::pair<std::size_t, std::string>>;
 
 struct Row {
@@ -101,7 +102,7 @@ std::vector<Row> const& rows() {
         // Read back from UTF-8, four bytes count as invalid: ISO 8859-1 is what is left.
         {"\xED\xA0\xBD\xED\xB8\x80",
          {pair, {{4, "ð"}, {0, "\xC2\x9F"}, {0, "\xC2\x98"}, {0, "\xC2\x80"}}, pair, {{4, "\xF0\x9F\x98\x80"}}}},
-        // UTF-8 drops the unit behind a high surrogate alone, GB18030 ends before it.
+        // UTF-8 drops the unit after a high surrogate alone, GB18030 ends before it.
         {"\xED\xA0\x80\xED\xA0\x80", {highs, {{6, "U+D800"}}, highs, {}}},
         {"\xED\xB0\x80", {{{6, "U+DC00"}}, {{3, "\xED\xB0\x80"}}, {{6, "U+DC00"}}, {{6, "U+DC00"}}}},
         {"\xC0\x80", {{}, {}, {}, {}}}, // U+0000
@@ -127,7 +128,7 @@ std::string storedForm(std::size_t pad, Characters const& characters, std::size_
 }
 
 void checkName(Row const& row, std::size_t pad, std::size_t count) {
-    SCOPED_TRACE(testing::PrintToString(row.name) + " x " + std::to_string(count) + " behind " + std::to_string(pad));
+    SCOPED_TRACE(testing::PrintToString(row.name) + " x " + std::to_string(count) + " after " + std::to_string(pad));
     Text name(std::string(pad, 'x'));
     for (std::size_t i = 0; i < count; ++i)
         name.bytes += row.name;
@@ -174,7 +175,8 @@ TEST(JavaBridge, AnswersWithoutStringsOrMemory) {
     environment.lends = false;
     EXPECT_EQ(environment.utf16ToLocal(&name), &name);
     EXPECT_EQ(environment.utf16ToLocal(nullptr), nullptr);
-    EXPECT_TRUE(environment.asked == 6 && environment.takenBack == 4);
+    EXPECT_EQ(environment.asked, 6);
+    EXPECT_EQ(environment.takenBack, 4);
 }
 
 } // namespace

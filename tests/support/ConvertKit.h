@@ -37,10 +37,10 @@ struct Converted {
 struct Call {
     ILLCHAR_OPTYPE op = ILLCHAR_REPLACE;
     int maxSrc = -1;
-    /// Source and destination begin so many elements behind an inaccessible page. Negative: they end at one.
+    /// Source and destination begin so many elements after an inaccessible page. Negative: they end at one.
     int offset = -1;
     bool withFlag = true;
-    bool terminated = true; ///< Whether a terminator stands behind the source.
+    bool terminated = true; ///< Whether a terminator stands after the source.
 };
 
 /// Runs conversions of one set in guarded memory. A call fails the test where the result exceeds the room, the
@@ -124,7 +124,7 @@ private:
         }
         unsigned char const* const terminator = dst + count * sizeof(Out);
         if (!holdsOnly(0, terminator, terminator + terminatorSize))
-            ADD_FAILURE() << "no terminator behind " << count << " elements in a room of " << room;
+            ADD_FAILURE() << "no terminator after " << count << " elements in a room of " << room;
         if (!holdsOnly(untouched, watched, dst) || !holdsOnly(untouched, terminator + terminatorSize, watchedEnd))
             ADD_FAILURE() << "wrote outside the output of " << count << " elements in a room of " << room;
         auto const* const output = reinterpret_cast<Out const*>(dst);

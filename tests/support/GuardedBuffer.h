@@ -5,7 +5,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-/// Memory between two inaccessible pages: an access before its first or behind its last byte faults.
+/// Memory between two inaccessible pages: an access before its first or after its last byte faults.
 class GuardedBuffer {
 public:
     /// Room for at least `size` bytes, in whole pages.

@@ -15,7 +15,7 @@ constexpr auto upperOf = [](unsigned unit) -> unsigned { return VynUChar::m_gUpp
 constexpr auto lowerOf = [](unsigned unit) -> unsigned { return VynUChar::m_gLowerCaseTable.getValue(unitOf(unit)); };
 
 TEST(VynUChar, ClassesOfKnownCharacters) {
-    // From U+2E80 on, the blocks that are no part of the table, each with the unassigned units behind it.
+    // From U+2E80 on, the blocks that are no part of the table, each with the unassigned units after it.
     unsigned const rows[][3] = {
         {0x0000, 0x0008, 0x0000}, {0x0009, 0x000A, 0x0001}, {0x000B, 0x000C, 0x0000}, {0x000D, 0x000D, 0x0001},
         {0x0020, 0x0020, 0x0001}, {0x0021, 0x0023, 0x0010}, {0x0030, 0x0039, 0x0002}, {0x0041, 0x005A, 0x0044},
@@ -33,19 +33,6 @@ TEST(VynUChar, ClassesOfKnownCharacters) {
     for (auto const& [first, last, value] : rows)
         for (unsigned unit = first; unit <= last; ++unit)
             EXPECT_EQ(classOf(unit), value) << std::hex << unit;
-}
-
-TEST(VynUChar, CaseMappingsLeadFromOneCaseToTheOther) {
-    // Roman numbers and circled letters have a case mapping, but are no letters.
-    auto const leads = [](unsigned unit, unsigned fromBits, unsigned other, unsigned toBits) {
-        bool const letters = ((classOf(unit) | classOf(other)) & 0x0004) != 0;
-        return letters ? (classOf(unit) & fromBits) && (classOf(other) & toBits) : classOf(unit) == classOf(other);
-    };
-    for (unsigned unit = 0; unit <= VynUChar::UTF16_MAX; ++unit) {
-        unsigned const upper = upperOf(unit), lower = lowerOf(unit);
-        EXPECT_TRUE(upper == 0 || (lowerOf(upper) != 0 && leads(unit, 0x0180, upper, 0x0140))) << std::hex << unit;
-        EXPECT_TRUE(lower == 0 || leads(unit, 0x0140, lower, 0x0080)) << std::hex << unit;
-    }
 }
 
 TEST(VynUChar, CaseMappingsKeptExactly) {
@@ -74,7 +61,10 @@ TEST(VynUChar, CharactersOfSurrogatePairs) {
         assigned = VynUChar(high, low);
         EXPECT_EQ(assigned.getCharClass(), charClass) << std::hex << high << ' ' << low;
         EXPECT_EQ(assigned.isNonChar(), charClass == 0);
-        EXPECT_FALSE(assigned.isDigit() || assigned.isLetter() || assigned.isPunctuation() || assigned.isWhiteSpace());
+        EXPECT_FALSE(assigned.isDigit());
+        EXPECT_FALSE(assigned.isLetter());
+        EXPECT_FALSE(assigned.isPunctuation());
+        EXPECT_FALSE(assigned.isWhiteSpace());
     }
 }
 
@@ -86,7 +76,7 @@ TEST(VynUCharTable, UnfoldsItsRangesOnceWhileManyThreadsAsk) {
         0x0300, 0x0302, 0x0005, // in place of what was there
         0xFFFE, 0xFFFF, 0x0003, // up to the last unit
         0x0000, 0xFFFF, 0x0001, // the end of the list
-        0x0400, 0x0400, 0x0001, // behind it
+        0x0400, 0x0400, 0x0001, // after it
     };
     // Unit, value, value when counting.
     unsigned short const rows[][3] = {{0x0000, 0x0000, 0x0000}, {0x0001, 0x0007, 0x0007}, {0x0002, 0x0000, 0x0000},
