@@ -53,19 +53,22 @@ template <Decodes Codec>
     return true;
 }
 
-/// What can't be converted and follows each other, as it does in hostile text, which must not cost much more than other
-/// text. For policies that replace, without a source limit.
+/// Goes on through what can't be converted and follows each other, as it does in hostile text, which must not cost much
+/// more than other text. For policies that replace, without a source limit. Out of the way of the other path, whose
+/// cursor stays in registers.
 template <Decodes Codec>
-[[gnu::always_inline]] inline void decodeReplacements(Codec const& codec, DecodeCursor<typename Codec::Element>& at) {
-    while (at.room != 0 && *at.src != 0) {
-        Decoded const found = codec.decodeOne(Terminated{at.src});
+[[gnu::noinline]] BulkDecoded<typename Codec::Element> replaceMore(Codec codec, typename Codec::Element const* src,
+                                                                   unsigned short* dst, unsigned long room) {
+    while (room != 0 && *src != 0) {
+        Decoded const found = codec.decodeOne(Terminated{src});
         if (found.mapped)
-            return;
-        *at.dst = static_cast<unsigned short>(replacementCharacter);
-        at.dst += found.units;
-        at.room -= found.units;
-        at.src += found.elements;
+            break;
+        *dst = static_cast<unsigned short>(replacementCharacter);
+        dst += found.units;
+        room -= found.units;
+        src += found.elements;
     }
+    return {src, dst};
 }
 
 /// The bulk form of a codec that has none of its own: mapped characters step by step, without a test of room and end of
@@ -125,7 +128,7 @@ unsigned long decodeText(CodecOf codecOf, unsigned short* dst, void const* src, 
         if (limit > 0 && found.limited && at.src - start >= limit)
             break;
         if (limit <= 0 && !found.mapped)
-            decodeReplacements(codec, at);
+            at.took(replaceMore(codec, at.src, at.dst, at.room));
     }
     *at.dst = 0;
     if (illegal)

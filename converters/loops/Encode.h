@@ -41,6 +41,22 @@ void writeCode(Unaligned<Value, Order>* dst, std::uint64_t code, unsigned elemen
         dst[i] = static_cast<Value>(code >> 8 * sizeof(Value) * (elements - 1 - i));
 }
 
+/// Goes on with a "?" for each of the characters that can't be converted and follow each other, as they do in hostile
+/// text, which must not cost much more than other text. Out of the way of the other path, whose cursor stays in
+/// registers.
+template <Encodes Codec>
+[[gnu::noinline]] BulkEncoded<typename Codec::Element> replaceMore(Codec codec, unsigned short const* src,
+                                                                   typename Codec::Element* dst, unsigned long room) {
+    for (; room != 0 && *src != 0; --room) {
+        Encoded const found = codec.encodeOne(Terminated{src});
+        if (found.mapped || found.endsText)
+            break;
+        *dst++ = replacementElement;
+        src += found.units;
+    }
+    return {src, dst};
+}
+
 /// Writes what stands for a character that can't be converted: an escape for each unit, or one "?" for all. False: the
 /// text ends before it.
 template <Encodes Codec>
@@ -50,17 +66,9 @@ template <Encodes Codec>
     if (op == ILLCHAR_STOP)
         return false;
     if (op != ILLCHAR_ESCAPE) {
-        // Such characters follow each other in hostile text, which must not cost much more than other text.
-        for (;;) {
-            *at.dst = replacementElement;
-            at.took(units, 1);
-            if (at.room == 0 || *at.src == 0)
-                break;
-            Encoded const next = codec.encodeOne(Terminated{at.src});
-            if (next.mapped || next.endsText)
-                break;
-            units = next.units;
-        }
+        *at.dst = replacementElement;
+        at.took(units, 1);
+        at.took(replaceMore(codec, at.src, at.dst, at.room));
         return true;
     }
     if (at.room < units * unitEscapeLength)
