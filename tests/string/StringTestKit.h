@@ -4,10 +4,17 @@
 
 #include <vynulib/VynUString.h>
 
+#include <gtest/gtest.h>
+
 #include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
+
+using Text = std::u16string;
+using namespace std::string_literals;
+
+inline constexpr unsigned long inlineCapacity = 257, npos = VynUString::npos;
 
 /// A string of exactly these units, zero units included, in a capacity that just fits.
 inline VynUString makeString(std::u16string_view text) {
@@ -15,17 +22,8 @@ inline VynUString makeString(std::u16string_view text) {
 }
 
 /// All units of a string.
-inline std::u16string textOf(VynUString const& string) {
-    return std::u16string(string.view());
-}
-
-/// Of the leak checker, where there is one.
-extern "C" void __lsan_ignore_object(void const* object) __attribute__((weak));
-
-/// Tells the leak checker that `assign` is about to be called, which lets go of the string's heap array on purpose.
-inline void expectAbandoned(VynUString const& string) {
-    if (__lsan_ignore_object && string.capacity() > VynUString().capacity())
-        __lsan_ignore_object(string.data());
+inline Text textOf(VynUString const& string) {
+    return Text(string.view());
 }
 
 /// What became of an action: "done", or the kind and the text of its exception.
@@ -41,19 +39,19 @@ std::string outcomeOf(Action action) {
     return "done";
 }
 
-/// Runs `action` with no allocation to spend, with one, with two and so on until it has enough, and `check` after each
-/// failure.
-template <class Action, class Check>
-void exhaustMemory(Action action, Check check) {
-    for (unsigned allocations = 0;; ++allocations) {
-        allocationsLeft = allocations;
+/// Makes a change with no allocation to spend, with one, with two and so on until it has enough. Each time that memory
+/// runs out, what `observe` tells has to be what it was.
+template <class Change, class Observe>
+void expectWholeOrNothing(Change change, Observe observe) {
+    auto const before = observe();
+    for (unsigned allocations = 0;; ++allocations)
         try {
-            action();
+            allocationsLeft = allocations;
+            change();
             allocationsLeft = unlimitedAllocations;
             return;
         } catch (std::bad_alloc const&) {
             allocationsLeft = unlimitedAllocations;
-            check();
+            EXPECT_EQ(observe(), before) << "with " << allocations << " allocations";
         }
-    }
 }

@@ -4,14 +4,17 @@
 
 #include <vynulib/VynUStringList.h>
 
-#include <gtest/gtest.h>
-
 #include <type_traits>
 
 namespace {
 
-using namespace std::string_literals;
 using namespace std::string_view_literals;
+
+template <class... Strings>
+void expectText(std::u16string_view text, Strings const&... strings) {
+    for (std::u16string_view const view : {strings.view()...})
+        EXPECT_EQ(view, text);
+}
 
 template <class Unit>
 void expectUnits(Unit a, Unit comma) {
@@ -19,71 +22,51 @@ void expectUnits(Unit a, Unit comma) {
     VynUString assigned("old"), filled(text);
     assigned = a;
     filled.resize(4, a);
-    EXPECT_EQ(assigned, u"a");
-    EXPECT_EQ(filled, u"b,aa");
-    EXPECT_EQ(VynUString(a, 3), u"aaa");
-    EXPECT_EQ(text + a, u"b,aa");
-    EXPECT_EQ(a + text, u"ab,a");
-    EXPECT_EQ(text.split(comma).at(1), u"a");
+    expectText(u"a", assigned, text.split(comma).at(1));
+    expectText(u"b,aa", filled, text + a);
+    expectText(u"ab,a", a + text);
+    expectText(u"aaa", VynUString(a, 3));
 }
 
-TEST(VynUStringUnits, EachTypeOfAUnitIsAUnit) {
+TEST(VynUStringUnits, EachTypeOfAUnitIsAUnitButForAnIntegerAlone) {
     expectUnits<unsigned short>('a', ',');
     expectUnits(u'a', u',');
     expectUnits(0x61, 0x2C);
-}
-
-TEST(VynUStringUnits, LiteralsAreUnitsButForAnIntegerAlone) {
-    VynUString filled, zero("old");
-    filled.resize(1, 0x3042);
+    VynUString zero("old"), filled;
     zero = 0;
-    EXPECT_EQ(filled.find(u'\x3042'), 0u);
+    filled.resize(1, 0x3042);
     EXPECT_EQ(filled.find(0x3042), 0u);
-    EXPECT_EQ(filled.rfind(0x3042, 0), 0u);
-    EXPECT_EQ(zero, u"");
-    EXPECT_EQ(VynUString(0, 5), u"");
-    EXPECT_EQ(VynUString("a") + 0, u"a");
-    EXPECT_EQ(VynUString("a").split(0).at(0), u"a");
-    EXPECT_EQ(VynUStringList(u"a,b", u',').at(1), u"b");
-    EXPECT_EQ(VynUStringList(u"a,b", 0x2C).at(1), u"b");
-    EXPECT_EQ(VynUString(u'a'), u"a");
-    EXPECT_EQ(VynUString("a"), u'a');
-    EXPECT_EQ(VynUString(97), u"97");
-    EXPECT_EQ(VynUString("97"), 97);
-    EXPECT_EQ(VynUString(65, VYNCS_UTF8), u"A");
-    EXPECT_EQ(VynUString(65, 2, VYNCS_UTF8), u"AA");
-}
-
-TEST(VynUStringUnits, NullPointersStayUnambiguousWhereTheyWere) {
-    VynUString text(nullptr, nullptr);
-    EXPECT_EQ(text.canonicalCompare(nullptr, nullptr), 0);
-    EXPECT_EQ(outcomeOf([&] { text.replace(0, 0, text); }), "out_of_range: invalid string index given");
+    EXPECT_EQ(filled.rfind(u'\x3042', 0), 0u);
+    expectText(u"", zero, VynUString(0, 5));
+    expectText(u"\x3042", filled + 0, filled.split(0).at(0), VynUString(u'\x3042'));
+    expectText(u"97", VynUString(97));
+    expectText(u"b", VynUStringList(u"a,b", 0x2C).at(1), VynUStringList(u"a,b", u',').at(1));
+    expectText(u"AA", VynUString(65, 2, VYNCS_UTF8), VynUString(65, VYNCS_UTF8) + u"A");
 }
 
 TEST(VynUStringUnits, TextsOfUnitsAreTexts) {
-    std::u16string const abZeroC = u"ab\0c"s;
+    Text const abZeroC = u"ab\0c"s;
     VynUString const text("xbx");
     VynUString pointer, view, replaced(text);
     pointer = u"ab\0c";
     view = abZeroC;
     replaced.replace(replaced.view().data(), replaced.view().data() + 1, u"ab");
-    EXPECT_EQ(pointer.view(), u"ab");
-    EXPECT_EQ(view.view(), abZeroC);
-    EXPECT_EQ(replaced, u"abbx");
-    EXPECT_EQ(VynUString(abZeroC).view(), abZeroC);
-    EXPECT_EQ(VynUString(abZeroC.c_str()).view(), u"ab");
-    EXPECT_EQ(VynUString(static_cast<char16_t const*>(nullptr)), u"");
-    EXPECT_EQ(VynUString(u"abc", 2), u"ab");
-    EXPECT_EQ(VynUString(abZeroC.data(), abZeroC.data() + 4).view(), abZeroC);
-    EXPECT_EQ(text + u"b", u"xbxb");
-    EXPECT_EQ(u"b" + text, u"bxbx");
-    EXPECT_EQ(u"b"sv + text, u"bxbx");
-    EXPECT_EQ(text.split(u"b").at(1), u"x");
+    expectText(u"ab", pointer, VynUString(abZeroC.c_str()), VynUString(u"abc", 2));
+    expectText(abZeroC, view, VynUString(abZeroC), VynUString(abZeroC.data(), abZeroC.data() + 4));
+    expectText(u"abbx", replaced);
+    expectText(u"xbxb", text + u"b", u"x" + text.split(u"x").at(1) + u"xb"sv);
+    expectText(u"bxbx", u"b" + text, u"b"sv + text);
     EXPECT_EQ(text.find(u"bx"), 1u);
-    EXPECT_EQ(text.rfind(u"x"sv, VynUString::npos), 2u);
+    EXPECT_EQ(text.rfind(u"x"sv), 2u);
     EXPECT_EQ(text.canonicalCompare(u"xbx", text.data()), 0);
     EXPECT_EQ(text.canonicalCompareNoCase(text.data(), u"XBX"), 0);
     EXPECT_EQ(text.canonicalCompareNoCase(u"XBX", nullptr), 1);
+}
+
+TEST(VynUStringUnits, NullPointersAndZerosStayUnambiguousWhereTheyWere) {
+    VynUString text(nullptr, nullptr);
+    EXPECT_EQ(text.canonicalCompare(nullptr, nullptr), 0);
+    EXPECT_EQ(outcomeOf([&] { text.replace(0, 0, text); }), "out_of_range: invalid string index given");
 }
 
 // What must not compile, as it would be a guess.
