@@ -5,3 +5,6 @@
 extern unsigned allocationsLeft;
 
 inline constexpr unsigned unlimitedAllocations = ~0U;
+
+/// Whether each call of `new` takes a while, so that other threads come between.
+extern bool allocationsAreSlow;
