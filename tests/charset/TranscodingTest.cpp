@@ -349,6 +349,13 @@ TEST(Transcoding, DoesWithALossWhatIsAskedFor) {
          "\0\0\0U\0\0\0+\0\0\0D\0\0\0008\0\0\0000\0\0\0000"s,
          {1, 0}},
         {VYNCS_UTF16ESC, VYNCS_UTF8, "U+D83DU+DE00", OnError::stop, "\xF0\x9F\x98\x80", {0, npos}},
+        // A high surrogate that ends a piece of 2,048 units.
+        {VYNCS_UTF16ESC,
+         VYNCS_UTF8,
+         std::string(2047, 'a') + "U+D800x",
+         OnError::drop,
+         std::string(2047, 'a') + "x",
+         {1, 2047}},
         // What is dropped still separates the halves of a pair.
         {VYNCS_UTF16ESC, VYNCS_UTF8, "U+D83D\x80U+DE00", OnError::drop, "", {3, 0}},
     };
