@@ -17,9 +17,9 @@ bool isExit(void* function) {
 }
 
 _Unwind_Reason_Code findExit(_Unwind_Context* frame, void* found) {
-    auto* const call =
-        reinterpret_cast<void*>(_Unwind_GetIP(frame) - 1); // the address after it may be the next function
-    if (!isExit(_Unwind_FindEnclosingFunction(call)))
+    _Unwind_Ptr const call = _Unwind_GetIP(frame) - 1; // the address after it may be the next function
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): the unwinder tells addresses as integers and takes them as pointers
+    if (!isExit(_Unwind_FindEnclosingFunction(reinterpret_cast<void*>(call))))
         return _URC_NO_REASON;
     *static_cast<bool*>(found) = true;
     return _URC_END_OF_STACK;

@@ -63,7 +63,7 @@ protected:
             std::int8_t length = sizeof invalid;
             UErrorCode ignored = U_ZERO_ERROR;
             ucnv_getInvalidChars(m_icu.get(), invalid, &length, &ignored);
-            result.length = static_cast<std::size_t>(length);
+            result.length = static_cast<unsigned char>(length);
             result.at = static_cast<std::size_t>(src - bytes.data()) - result.length;
             if (GetParam().cs == VYNCS_UTF16)
                 result.length = std::min<std::size_t>(result.length, 2); // ICU takes an odd last byte along

@@ -4,6 +4,7 @@
 #include "tests/support/GuardedBuffer.h"
 #include "tests/support/Random.h"
 
+#include <algorithm>
 #include <climits>
 #include <cstring>
 #include <functional>
@@ -72,13 +73,13 @@ TEST(VynUStringStorage, NothingAfterATextIsRead) {
             SCOPED_TRACE(testing::Message() << "set " << set << ": " << testing::PrintToString(text));
             std::string const terminated = text + "\0\0\0\0"s;
             unsigned char* const bytes = memory.end() - text.size() - terminator;
-            std::memcpy(bytes, terminated.data(), text.size() + terminator);
+            std::copy_n(terminated.begin(), text.size() + terminator, bytes);
             VynUString const expected(terminated.data(), set);
             EXPECT_EQ(VynUString(reinterpret_cast<char*>(bytes), 1000, set), expected);
             if (terminator > 1)
                 continue;
             unsigned char* const pascalString = bytes; // one byte of length, and the terminator is overwritten
-            std::memcpy(pascalString + 1, text.data(), text.size());
+            std::copy_n(text.begin(), text.size(), pascalString + 1);
             *pascalString = static_cast<unsigned char>(text.size());
             EXPECT_EQ(VynUString(reinterpret_cast<VynPascalString*>(pascalString), set), expected);
             EXPECT_EQ(VynUString(text[0], set), VynUString(text.substr(0, 1).c_str(), set));

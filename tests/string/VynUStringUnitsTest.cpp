@@ -66,7 +66,8 @@ TEST(VynUStringUnits, TextsOfUnitsAreTexts) {
 TEST(VynUStringUnits, NullPointersAndZerosStayUnambiguousWhereTheyWere) {
     VynUString text(nullptr, nullptr);
     EXPECT_EQ(text.canonicalCompare(nullptr, nullptr), 0);
-    EXPECT_EQ(outcomeOf([&] { text.replace(0, 0, text); }), "out_of_range: invalid string index given");
+    EXPECT_EQ(outcomeOf([&] { text.replace(0, 0, text); }), // NOLINT(modernize-use-nullptr)
+              "out_of_range: invalid string index given");
 }
 
 // What must not compile, as it would be a guess.
