@@ -92,7 +92,7 @@ protected:
         posix_spawnattr_setsigdefault(&attributes, &defaults);
         posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
         pid_t child = -1;
-        EXPECT_EQ(posix_spawn(&child, argv[0], &actions, &attributes, argv.data(), environ), 0) << argv[0];
+        EXPECT_EQ(posix_spawnp(&child, argv[0], &actions, &attributes, argv.data(), environ), 0) << argv[0];
         posix_spawnattr_destroy(&attributes);
         posix_spawn_file_actions_destroy(&actions);
         close(in);
