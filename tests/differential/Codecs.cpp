@@ -1,6 +1,5 @@
 #include "tests/differential/Codecs.h"
 
-#include <iconv.h>
 #include <unicode/ucnv.h>
 
 #include <memory>
@@ -19,29 +18,6 @@ std::optional<std::basic_string<Element>> strictly(Convert convert) {
     if (failed || count == 0)
         return std::nullopt;
     return std::basic_string<Element>(out, count);
-}
-
-/// Null where there is no such conversion.
-std::shared_ptr<void> openIconv(char const* to, char const* from) {
-    iconv_t const descriptor = iconv_open(to, from);
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): what iconv_open gives where it fails
-    if (descriptor == reinterpret_cast<iconv_t>(-1))
-        return nullptr;
-    return {descriptor, iconv_close};
-}
-
-Code convertWithIconv(iconv_t descriptor, std::string source) {
-    iconv(descriptor, nullptr, nullptr, nullptr, nullptr);
-    return strictly<char>([&](char* bytes, bool& failed) {
-        char* in = source.data();
-        char* out = bytes;
-        std::size_t inLeft = source.size(), outLeft = characterRoom;
-        // A result above 0 counts characters that were only approximated. The second call writes what was held back
-        // because a combining character might have followed.
-        failed = iconv(descriptor, &in, &inLeft, &out, &outLeft) != 0 || inLeft != 0 ||
-                 iconv(descriptor, nullptr, nullptr, &out, &outLeft) != 0;
-        return out - bytes;
-    });
 }
 
 } // namespace
@@ -91,25 +67,6 @@ std::optional<Codec> icuCodec(char const* name) {
                  [convert](std::u16string const& text) {
                      return strictly<char>([&](auto* out, bool& f) { return convert(ucnv_fromUChars, out, f, text); });
                  }};
-}
-
-std::optional<Codec> glibcCodec(char const* name) {
-    auto const decoder = openIconv("UTF-16LE", name), encoder = openIconv(name, "UTF-16LE");
-    if (!decoder || !encoder)
-        return std::nullopt;
-    auto const decode = [decoder](std::string const& code) -> Text {
-        Code const bytes = convertWithIconv(decoder.get(), code);
-        if (!bytes)
-            return std::nullopt;
-        std::u16string text(bytes->size() / sizeof(char16_t), u'\0');
-        bytes->copy(reinterpret_cast<char*>(text.data()), bytes->size());
-        return text;
-    };
-    auto const encode = [encoder](std::u16string const& text) {
-        auto const* const bytes = reinterpret_cast<char const*>(text.data());
-        return convertWithIconv(encoder.get(), {bytes, text.size() * sizeof(char16_t)});
-    };
-    return Codec{decode, encode};
 }
 
 std::string icuConverterName(char const* name) {

@@ -18,9 +18,8 @@ struct Codec {
 
 Codec libraryCodec(VynCharSet set);
 
-/// Nothing where the peer has no converter of that name.
+/// Nothing where ICU has no converter of that name.
 std::optional<Codec> icuCodec(char const* name);
-std::optional<Codec> glibcCodec(char const* name);
 
 /// The converter that ICU opens for a name; empty where it has none.
 std::string icuConverterName(char const* name);

@@ -6,17 +6,15 @@
 #include <ostream>
 #include <vector>
 
-/// One code whose character is not the same in the library and in a peer: found while decoding it, or as what a
+/// One code whose character is not the same in the library and in ICU: found while decoding it, or as what a
 /// character was encoded to.
 struct Difference {
     std::string const& code;
     Text const& ours;
     Text const& theirs;
     Codec const& library;
-    Codec const& peer;
+    Codec const& icu;
 };
-
-enum Peers : unsigned { icu = 1, glibc = 2, bothPeers = icu | glibc };
 
 /// One number or all from the first to the last.
 struct CodeRange {
@@ -24,10 +22,9 @@ struct CodeRange {
     std::uint32_t last = first;
 };
 
-/// Why some codes of some sets differ. It has to explain at least one code in every comparison that it is listed for.
+/// Why some codes of some sets differ. It has to explain at least one code in each of them.
 struct KnownDifference {
     char const* reason;
-    Peers peers;
     std::vector<VynCharSet> sets;
     bool (*holds)(Difference const&);
     std::vector<CodeRange> codes = {}; ///< As big-endian numbers. None stands for all codes.
@@ -38,11 +35,10 @@ extern std::vector<KnownDifference> const knownDifferences;
 /// The code as a big-endian number.
 std::uint32_t codeNumber(std::string const& code);
 
-/// The peers' converters that are nearest to a set; null where a peer has none.
+/// The converter of ICU that is nearest to a set; null where there is none.
 struct ComparedSet {
     VynCharSet set;
     char const* icuName;
-    char const* glibcName;
 
     friend void PrintTo(ComparedSet const& row, std::ostream* out) { *out << VynCharSetToString(row.set); }
 };
