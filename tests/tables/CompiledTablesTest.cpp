@@ -111,35 +111,6 @@ TEST(CompiledMaps, DeviateFromThePublishedTablesAsStated) {
             EXPECT_EQ(map[code], value) << std::hex << code << " in a map of " << std::dec << map.size();
 }
 
-TEST(CompiledMaps, HoldTheStatedNumbersInNamedAreas) {
-    Map const cp932 = mapOf(oCP932map), shiftJis = mapOf(oSHIFTJISmap), sjis0213 = mapOf(oSJIS0213_2004map);
-    Map const cp950 = mapOf(oCP950map), big5 = mapOf(oBIG5map);
-    auto const count = [](Map const& map, Pair const& codes, Pair const& values = {0, 0x10FFFF}) {
-        auto const counts = [&](auto const& e) { return values.first <= e.second && e.second <= values.second; };
-        return std::count_if(map.lower_bound(codes.first), map.upper_bound(codes.second), counts);
-    };
-    constexpr Pair doubleByte{0x100, 0xFFFF}, privateUse{0xE000, 0xF8FF}, row13{0x8740, 0x879C},
-        selected{0xED40, 0xEEFC}, extensions{0xFA40, 0xFC4B};
-    EXPECT_EQ(count(cp932, row13), 0);
-    EXPECT_EQ(count(cp932, selected), 0);
-    EXPECT_EQ(count(cp932, extensions), 388);
-    EXPECT_EQ(count(cp932, {0xF040, 0xF9FC}, privateUse), 1880);
-    EXPECT_EQ(count(shiftJis, row13), 74);
-    EXPECT_EQ(count(shiftJis, extensions), 373);
-    EXPECT_EQ(count(sjis0213, doubleByte, {0x10000, 0x10FFFF}), 303);
-    EXPECT_EQ(count(cp950, doubleByte, privateUse), 6209);
-    EXPECT_EQ(count(big5, doubleByte, privateUse), 6217);
-
-    auto const lackedBy = [](Map const& other, Map const& map) {
-        auto const lacks = [&](auto const& e) { return !other.contains(e.first) || other.at(e.first) != e.second; };
-        return std::ranges::count_if(map, lacks);
-    };
-    EXPECT_EQ(lackedBy(shiftJis, cp932), 56 + 18); // another value, no value
-    EXPECT_EQ(lackedBy(cp932, shiftJis), 56 + 76);
-    EXPECT_EQ(lackedBy(cp950, big5), 363 + 96);
-    EXPECT_EQ(lackedBy(big5, cp950), 363 + 459);
-}
-
 // A code whose second byte is no trail byte encodes but does not decode: deliberate in code pages 936 and 950.
 TEST(LeadByteTypes, DecodeTheCodesOfTheirMaps) {
     std::map<VynCharSet, std::array<int, 4>> const expected = {
