@@ -7,17 +7,21 @@
 
 namespace vyn {
 
+struct Losses;
+
 /// How texts with a length are converted in a set, whose `converter` lends its tables.
 struct SetOperations {
     using Progress = vynulib::Progress;
 
     Progress (*decode)(VynCharSetConverter* converter, std::string_view source, char16_t* dst, std::size_t room,
-                       bool last);
+                       bool last, Losses& losses);
     Progress (*encode)(VynCharSetConverter* converter, std::u16string_view source, char* dst, std::size_t room,
-                       bool last);
+                       bool last, Losses& losses);
     unsigned elementSize;        ///< Bytes of an element: a byte, a unit, a value.
     unsigned maxUnitsPerElement; ///< Units that an element becomes at most.
+    unsigned maxElementsPerUnit; ///< Elements that a unit becomes at most, escapes apart.
     bool unicode;                ///< Whether U+FFFD can be written.
+    bool loneSurrogates;         ///< Whether a surrogate by itself is a character.
 };
 
 extern SetOperations const singleByteOperations, doubleByteOperations, doubleByteExOperations, eucCnKrOperations,

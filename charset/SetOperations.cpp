@@ -44,19 +44,27 @@ struct WithTables {
 };
 
 template <class Set>
-Progress decodeIn(VynCharSetConverter* converter, std::string_view source, char16_t* dst, std::size_t room, bool last) {
-    return decodePiece(Set::codec(converter), source, dst, room, last);
+Progress decodeIn(VynCharSetConverter* converter, std::string_view source, char16_t* dst, std::size_t room, bool last,
+                  Losses& losses) {
+    return decodePiece(Set::codec(converter), source, dst, room, last, losses);
 }
 
 template <class Set>
-Progress encodeIn(VynCharSetConverter* converter, std::u16string_view source, char* dst, std::size_t room, bool last) {
-    return encodePiece(Set::codec(converter), source, dst, room, last);
+Progress encodeIn(VynCharSetConverter* converter, std::u16string_view source, char* dst, std::size_t room, bool last,
+                  Losses& losses) {
+    return encodePiece(Set::codec(converter), source, dst, room, last, losses);
 }
 
 template <class Set>
 constexpr SetOperations operationsOf(bool unicode) {
     using Codec = decltype(Set::codec(nullptr));
-    return {decodeIn<Set>, encodeIn<Set>, sizeof(typename Codec::Element), Codec::maxUnitsPerElement, unicode};
+    return {.decode = decodeIn<Set>,
+            .encode = encodeIn<Set>,
+            .elementSize = sizeof(typename Codec::Element),
+            .maxUnitsPerElement = Codec::maxUnitsPerElement,
+            .maxElementsPerUnit = Codec::maxElementsPerUnit,
+            .unicode = unicode,
+            .loneSurrogates = EncodesSurrogates<Codec>};
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "base/UnitEscape.h"
 #include "charset/ServedSets.h"
+#include "converters/loops/Report.h"
 
 #include <algorithm>
 #include <limits>
@@ -9,225 +10,231 @@
 namespace vynulib {
 namespace {
 
+using vyn::Losses;
 using vyn::ServedSet;
 
-// Pieces of whole texts, small enough to stay in the first-level cache together.
-constexpr std::size_t pieceUnits = 2048;
-constexpr std::size_t pieceBytes = 8192;
+constexpr std::size_t pieceUnits = 2048;    // of UTF-16 between two sets: stays in the first-level cache
+constexpr std::size_t pieceElements = 8192; // that a result grows by
 
-constexpr char16_t replacementCharacter[] = u"\uFFFD";
-constexpr char16_t questionMark[] = u"?";
-
-Progress decodePiece(ServedSet const& set, std::string_view source, char16_t* dst, std::size_t room, bool last) {
-    return set.operations->decode(set.converter, source, dst, room, last);
+Progress decodePiece(ServedSet const& set, std::string_view source, char16_t* dst, std::size_t room, bool last,
+                     Losses& losses) {
+    return set.operations->decode(set.converter, source, dst, room, last, losses);
 }
 
-Progress encodePiece(ServedSet const& set, std::u16string_view source, char* dst, std::size_t room, bool last) {
-    return set.operations->encode(set.converter, source, dst, room, last);
+Progress encodePiece(ServedSet const& set, std::u16string_view source, char* dst, std::size_t room, bool last,
+                     Losses& losses) {
+    return set.operations->encode(set.converter, source, dst, room, last, losses);
 }
 
-/// Appends a piece of the result. `done` of `all` elements of the source have been converted, which tells how much is
-/// still to come: the result grows once or twice.
-template <class String>
-void append(String& result, typename String::value_type const* piece, std::size_t length, std::size_t done,
-            std::size_t all) {
-    std::size_t const size = result.size() + length;
-    if (size > result.capacity() && done != 0) {
-        double const expected = static_cast<double>(size) * static_cast<double>(all) / static_cast<double>(done);
-        result.reserve(std::max({size, 2 * result.capacity(), static_cast<std::size_t>(expected)}));
-    }
-    result.append(piece, length);
+/// Losses whose replacement can be written in the set.
+Losses lossesIn(ServedSet const& set, OnError onError) {
+    unsigned const replacement = set.operations->unicode ? vyn::replacementCharacter : vyn::replacementElement;
+    return {onError, static_cast<unsigned short>(replacement)};
 }
-
-/// What a conversion lost so far, and what becomes of a loss.
-class Losses {
-public:
-    explicit Losses(OnError onError) : m_onError(onError) {}
-
-    /// Takes a loss; `position()` tells where it begins and is called for the first one only. False: the text ends.
-    template <class Position>
-    bool take(Position position) {
-        if (m_report.losses++ == 0)
-            m_report.firstLoss = position();
-        return m_onError != OnError::stop;
-    }
-
-    OnError onError() const { return m_onError; }
-
-    void tell(Report* report) const {
-        if (report)
-            *report = m_report;
-    }
-
-private:
-    OnError m_onError;
-    Report m_report;
-};
-
-/// Text that the set has for certain.
-void appendEncoded(std::string& result, ServedSet const& to, std::u16string_view text) {
-    char bytes[2 * vyn::unitEscapeLength * 4]; // two escapes in UTF-32
-    result.append(bytes, encodePiece(to, text, bytes, sizeof bytes, true).written);
-}
-
-void appendReplacement(std::string& result, ServedSet const& to) {
-    appendEncoded(result, to, to.operations->unicode ? replacementCharacter : questionMark);
-}
-
-/// What stands for units that `to` lacks.
-void appendLost(std::string& result, ServedSet const& to, std::u16string_view lost, OnError onError) {
-    if (onError == OnError::replace)
-        appendReplacement(result, to);
-    if (onError != OnError::escape)
-        return;
-    for (char16_t const unit : lost) {
-        char16_t escape[vyn::unitEscapeLength];
-        vyn::writeUnitEscape(escape, unit);
-        appendEncoded(result, to, {escape, vyn::unitEscapeLength});
-    }
-}
-
-/// The way of a text from one set to another by way of a piece of UTF-16.
-class Transcoding {
-public:
-    Transcoding(VynCharSet from, VynCharSet to, std::string_view source, OnError onError)
-        : m_from(vyn::requireServedSet(from)), m_to(vyn::requireServedSet(to)), m_source(source), m_losses(onError) {}
-
-    std::string run(Report* report) {
-        while (convertPiece()) {
-        }
-        m_losses.tell(report);
-        return std::move(m_result);
-    }
-
-private:
-    /// False: the text ends.
-    bool convertPiece() {
-        m_pieceAt = m_at;
-        Progress const done = decodePiece(m_from, m_source.substr(m_at), m_units + m_kept, pieceUnits - m_kept, true);
-        m_at += done.read;
-        // What follows a loss does not belong to what stands before it, whatever becomes of the loss.
-        if (!encodeUnits(m_kept + done.written, done.status != Status::roomFull) || done.status == Status::done)
-            return false;
-        if (done.status == Status::unconvertible) {
-            if (!m_losses.take([this] { return m_at; }))
-                return false;
-            if (m_losses.onError() != OnError::drop)
-                appendReplacement(m_result, m_to);
-            m_at += done.length;
-        }
-        return true;
-    }
-
-    /// Encodes the piece, but for a high surrogate at its end whose low one may follow. False: the text ends.
-    bool encodeUnits(std::size_t count, bool last) {
-        std::size_t unit = 0;
-        for (;;) {
-            Progress const done = encodePiece(m_to, {m_units + unit, count - unit}, m_bytes, pieceBytes, last);
-            append(m_result, m_bytes, done.written, m_at, m_source.size());
-            unit += done.read;
-            if (done.status == Status::done)
-                break;
-            if (done.status == Status::roomFull)
-                continue;
-            if (!m_losses.take([&] { return positionOf(unit); }))
-                return false;
-            appendLost(m_result, m_to, {m_units + unit, done.length}, m_losses.onError());
-            unit += done.length;
-        }
-        if (unit < count)
-            m_keptAt = positionOf(unit);
-        m_kept = count - unit;
-        std::copy_n(m_units + unit, m_kept, m_units);
-        return true;
-    }
-
-    /// Where in the source a unit of the piece begins: the piece is decoded once more up to it.
-    std::size_t positionOf(std::size_t unit) const {
-        if (unit < m_kept)
-            return m_keptAt;
-        char16_t units[pieceUnits];
-        return m_pieceAt + decodePiece(m_from, m_source.substr(m_pieceAt), units, unit - m_kept, true).read;
-    }
-
-    ServedSet const& m_from;
-    ServedSet const& m_to;
-    std::string_view m_source;
-    std::string m_result;
-    Losses m_losses;
-    std::size_t m_at = 0;      // how far the source is decoded
-    std::size_t m_pieceAt = 0; // where the piece was decoded from, without the kept unit
-    std::size_t m_kept = 0;    // units in front of the piece that were left over from the one before: one at the most
-    std::size_t m_keptAt = 0;
-    char16_t m_units[pieceUnits];
-    char m_bytes[pieceBytes];
-};
 
 std::size_t saturatedProduct(std::size_t a, std::size_t b) {
     std::size_t product;
     return __builtin_mul_overflow(a, b, &product) ? std::numeric_limits<std::size_t>::max() : product;
 }
 
+std::size_t mostUnits(ServedSet const& from, std::size_t bytes) {
+    std::size_t const size = from.operations->elementSize;
+    return saturatedProduct(bytes / size + (bytes % size != 0 ? 1 : 0), from.operations->maxUnitsPerElement);
+}
+
+/// Bytes that a unit becomes at most, as a character or as a part of a loss.
+std::size_t mostBytesPerUnit(ServedSet const& to, OnError onError) {
+    unsigned const elements = to.operations->maxElementsPerUnit;
+    return to.operations->elementSize *
+           (onError == OnError::escape ? std::max(elements, vyn::unitEscapeLength) : elements);
+}
+
+/// What `convert(at, dst, room)` makes of a text of `size` elements, from element `at` on. It gets room for `step` elements
+/// at a time, or as many as are enough for all that is left, which `most(elements)` tells.
+template <class String, class Most, class Convert>
+String convertWhole(std::size_t size, std::size_t step, Most most, Convert convert) {
+    String result;
+    for (std::size_t at = 0;;) {
+        std::size_t const before = result.size();
+        std::size_t const room = std::min(most(size - at), step);
+        if (before + room > result.capacity() && at != 0) {
+            // What is still to come is much like what came: the result grows once or twice.
+            double const expected = static_cast<double>(before) * static_cast<double>(size) / static_cast<double>(at);
+            result.reserve(std::max(2 * result.capacity(), static_cast<std::size_t>(expected) + room));
+        }
+        result.resize(before + room);
+        Progress const done = convert(at, result.data() + before, room);
+        result.resize(before + done.written);
+        at += done.read;
+        if (done.status != Status::roomFull)
+            return result;
+    }
+}
+
+/// The way of a piece of text from one set to another, by smaller pieces of UTF-16.
+class Transcoding {
+public:
+    Transcoding(ServedSet const& from, ServedSet const& to, std::string_view source, bool last, OnError onError)
+        : m_from(from), m_to(to), m_source(source), m_last(last), m_onError(onError) {}
+
+    /// Goes on until what is left of the room is not enough for `least` units, whatever they become.
+    Progress run(char* dst, std::size_t room, std::size_t least) {
+        std::size_t const bytesPerUnit = mostBytesPerUnit(m_to, m_onError);
+        for (std::size_t fitting = room / bytesPerUnit;; fitting = (room - m_done.written) / bytesPerUnit) {
+            if (fitting < least && m_done.read != 0) {
+                m_done.status = Status::roomFull;
+                return m_done;
+            }
+            // Where no unit fits for certain, the next character is tried.
+            std::size_t const count = std::clamp(fitting, std::size_t{2}, pieceUnits);
+            if (!convertUnits(count, dst + m_done.written, room - m_done.written))
+                return m_done;
+        }
+    }
+
+    /// What was lost on the way, by places in the piece.
+    Report const& report() const { return m_report; }
+
+private:
+    /// Converts at most `count` units. False: no more can be converted.
+    bool convertUnits(std::size_t count, char* dst, std::size_t room) {
+        Losses decoding, encoding = lossesIn(m_to, m_onError);
+        Progress const decoded = decodeUnits(count, decoding);
+        bool const lost = decoded.status == Status::unconvertible;
+        // What follows a loss does not belong to what stands before it, whatever becomes of the loss.
+        bool const last = lost || (decoded.status == Status::done && m_last);
+        Progress const encoded = encodePiece(m_to, {m_units, decoded.written}, dst, room, last, encoding);
+        bool const all = encoded.read == decoded.written;
+        // What was not encoded begins where the units before it end when they are decoded once more.
+        std::size_t const read = all ? decoded.read : decodeUnits(encoded.read, decoding).read;
+        note(decoding.report, encoding.report);
+        m_done.read += read;
+        m_done.written += encoded.written;
+        m_done.status = encoded.status;
+        if (encoded.status == Status::unconvertible)
+            m_done.length = decodeUnits(encoded.length, decoding).read;
+        if (encoded.status != Status::done)
+            return false;
+        if (!lost)
+            return decoded.status == Status::roomFull;
+        if (m_onError == OnError::drop) {
+            m_done.read += decoded.length;
+            return true;
+        }
+        m_done.status = Status::unconvertible;
+        m_done.length = decoded.length;
+        return false;
+    }
+
+    /// Decodes up to `count` units from where the piece is converted to.
+    Progress decodeUnits(std::size_t count, Losses& losses) {
+        losses = lossesIn(m_to, m_onError);
+        // What is dropped still separates the halves of a pair: each loss ends the units before it.
+        if (m_onError == OnError::drop && m_from.operations->loneSurrogates)
+            losses.onError = OnError::stop;
+        return decodePiece(m_from, m_source.substr(m_done.read), m_units, count, m_last, losses);
+    }
+
+    /// Adds what was lost in decoding and in encoding the same units.
+    void note(Report const& decoding, Report const& encoding) {
+        std::size_t const losses = decoding.losses + encoding.losses;
+        if (m_report.losses == 0 && losses != 0) {
+            Losses ignored;
+            std::size_t const encodingLoss =
+                encoding.losses != 0 ? decodeUnits(encoding.firstLoss, ignored).read : encoding.firstLoss;
+            m_report.firstLoss = m_done.read + std::min(decoding.firstLoss, encodingLoss);
+        }
+        m_report.losses += losses;
+    }
+
+    ServedSet const& m_from;
+    ServedSet const& m_to;
+    std::string_view m_source;
+    bool m_last;
+    OnError m_onError;
+    Progress m_done{Status::done, 0, 0, 0};
+    Report m_report;
+    char16_t m_units[pieceUnits];
+};
+
+void tell(Report* report, Report const& found) {
+    if (report)
+        *report = found;
+}
+
 } // namespace
 
 Progress decode(VynCharSet from, std::string_view source, char16_t* dst, std::size_t room, bool last) {
-    return decodePiece(vyn::requireServedSet(from), source, dst, room, last);
+    Losses losses{OnError::stop};
+    return decodePiece(vyn::requireServedSet(from), source, dst, room, last, losses);
 }
 
 Progress encode(VynCharSet to, std::u16string_view source, char* dst, std::size_t room, bool last) {
-    return encodePiece(vyn::requireServedSet(to), source, dst, room, last);
+    Losses losses{OnError::stop};
+    return encodePiece(vyn::requireServedSet(to), source, dst, room, last, losses);
+}
+
+Progress transcode(VynCharSet from, VynCharSet to, std::string_view source, char* dst, std::size_t room, bool last,
+                   OnError onError, Report* report) {
+    Transcoding piece(vyn::requireServedSet(from), vyn::requireServedSet(to), source, last, onError);
+    Progress const done = piece.run(dst, room, 0);
+    tell(report, piece.report());
+    return done;
 }
 
 std::u16string decode(VynCharSet from, std::string_view source, OnError onError, Report* report) {
     ServedSet const& set = vyn::requireServedSet(from);
-    Losses losses(onError);
-    std::u16string result;
-    char16_t units[pieceUnits];
-    for (std::size_t at = 0;;) {
-        Progress const done = decodePiece(set, source.substr(at), units, pieceUnits, true);
-        at += done.read;
-        append(result, units, done.written, at, source.size());
-        if (done.status == Status::roomFull)
-            continue;
-        if (done.status == Status::done || !losses.take([at] { return at; }))
-            break;
-        if (onError != OnError::drop)
-            result += replacementCharacter[0];
-        at += done.length;
-    }
-    losses.tell(report);
+    Losses losses{onError};
+    auto const most = [&](std::size_t rest) { return mostUnits(set, rest); };
+    auto const convert = [&](std::size_t at, char16_t* dst, std::size_t room) {
+        losses.before = at;
+        return decodePiece(set, source.substr(at), dst, room, true, losses);
+    };
+    auto result = convertWhole<std::u16string>(source.size(), pieceElements, most, convert);
+    tell(report, losses.report);
     return result;
 }
 
 std::string encode(VynCharSet to, std::u16string_view source, OnError onError, Report* report) {
     ServedSet const& set = vyn::requireServedSet(to);
-    Losses losses(onError);
-    std::string result;
-    char bytes[pieceBytes];
-    for (std::size_t at = 0;;) {
-        Progress const done = encodePiece(set, source.substr(at), bytes, pieceBytes, true);
-        at += done.read;
-        append(result, bytes, done.written, at, source.size());
-        if (done.status == Status::roomFull)
-            continue;
-        if (done.status == Status::done || !losses.take([at] { return at; }))
-            break;
-        appendLost(result, set, source.substr(at, done.length), onError);
-        at += done.length;
-    }
-    losses.tell(report);
+    Losses losses = lossesIn(set, onError);
+    auto const most = [&](std::size_t rest) { return saturatedProduct(rest, mostBytesPerUnit(set, onError)); };
+    auto const convert = [&](std::size_t at, char* dst, std::size_t room) {
+        losses.before = at;
+        return encodePiece(set, source.substr(at), dst, room, true, losses);
+    };
+    auto result = convertWhole<std::string>(source.size(), pieceElements, most, convert);
+    tell(report, losses.report);
     return result;
 }
 
 std::string transcode(VynCharSet from, VynCharSet to, std::string_view source, OnError onError, Report* report) {
-    return Transcoding(from, to, source, onError).run(report);
+    ServedSet const& fromSet = vyn::requireServedSet(from);
+    ServedSet const& toSet = vyn::requireServedSet(to);
+    Report losses;
+    auto const most = [&](std::size_t rest) {
+        return saturatedProduct(mostUnits(fromSet, rest), mostBytesPerUnit(toSet, onError));
+    };
+    auto const convert = [&](std::size_t at, char* dst, std::size_t room) {
+        Transcoding piece(fromSet, toSet, source.substr(at), true, onError);
+        Progress const done = piece.run(dst, room, pieceUnits / 2); // the rest of the room is not worth a smaller piece
+        if (losses.losses == 0 && piece.report().losses != 0)
+            losses.firstLoss = at + piece.report().firstLoss;
+        losses.losses += piece.report().losses;
+        return done;
+    };
+    std::size_t const longStep = 2 * pieceUnits * mostBytesPerUnit(toSet, onError);
+    auto result = convertWhole<std::string>(source.size(), longStep, most, convert);
+    tell(report, losses);
+    return result;
 }
 
 bool isValid(VynCharSet cs, std::string_view source) {
     ServedSet const& set = vyn::requireServedSet(cs);
+    Losses losses{OnError::stop};
     char16_t units[pieceUnits];
     for (;;) {
-        Progress const done = decodePiece(set, source, units, pieceUnits, true);
+        Progress const done = decodePiece(set, source, units, pieceUnits, true, losses);
         if (done.status != Status::roomFull)
             return done.status == Status::done;
         source.remove_prefix(done.read);
@@ -235,15 +242,11 @@ bool isValid(VynCharSet cs, std::string_view source) {
 }
 
 std::size_t maxUnits(VynCharSet from, std::size_t bytes) {
-    vyn::SetOperations const& operations = *vyn::requireServedSet(from).operations;
-    std::size_t const elements = bytes / operations.elementSize + (bytes % operations.elementSize != 0 ? 1 : 0);
-    return saturatedProduct(elements, operations.maxUnitsPerElement);
+    return mostUnits(vyn::requireServedSet(from), bytes);
 }
 
 std::size_t maxBytes(VynCharSet to, std::size_t units) {
-    // An escape takes more elements than any character of one unit.
-    std::size_t const escapeLength = vyn::unitEscapeLength;
-    return saturatedProduct(units, escapeLength * vyn::requireServedSet(to).operations->elementSize);
+    return saturatedProduct(units, mostBytesPerUnit(vyn::requireServedSet(to), OnError::escape));
 }
 
 } // namespace vynulib

@@ -25,8 +25,10 @@ struct StrictUtf16Codec {
     }
 
     Encoded encodeOne(auto text) const {
-        if (!isHighSurrogate(text[0]))
+        if (!isSurrogate(text[0]))
             return mappedCode(text[0], 1, 1);
+        if (!isHighSurrogate(text[0]))
+            return unmappedUnits(1);
         if (!text.has(1) || !isLowSurrogate(text[1]))
             return unmappedUnits(1, !text.has(1));
         return mappedCode(std::uint64_t{text[0]} << 16 | text[1], 2, 2);

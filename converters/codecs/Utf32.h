@@ -41,6 +41,10 @@ struct StrictUtf32Codec : Utf32Codec {
         return isSurrogate(value) || value > maxScalarValue ? unmapped(1) : mappedScalar(value, 1);
     }
 
+    Encoded encodeOne(auto text) const {
+        return isLowSurrogate(text[0]) ? unmappedUnits(1) : Utf32Codec::encodeOne(text);
+    }
+
     BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
         long const moved = movePlainUnits(src, end, dst);
         return {src + moved, dst + moved};

@@ -118,6 +118,10 @@ struct StrictUtf8Codec : Utf8Codec {
         return trails == 2 ? mappedUnit(threeByteValue(text), 3) : mappedUnit(twoByteValue(text), 2);
     }
 
+    Encoded encodeOne(auto text) const {
+        return isLowSurrogate(text[0]) ? unmappedUnits(1) : Utf8Codec::encodeOne(text);
+    }
+
     BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
         return decodeUtf8Blocks<Utf8Rules::strict>(src, end, dst);
     }

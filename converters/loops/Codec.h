@@ -151,8 +151,8 @@ concept EncodesBlocks = requires(Codec const& codec, unsigned short const* src, 
     { codec.encodeBlocks(src, src, dst) } -> std::same_as<BulkEncoded<typename Codec::Element>>;
 };
 
-/// The same for texts with a length. The loop refuses surrogates without their other half, unless the set writes each of
-/// them by itself.
+/// The same for texts with a length. A surrogate without its other half is not mapped, unless the set writes each of them
+/// by itself.
 template <class Codec>
 concept EncodesPieces = requires(Codec const& codec, Bounded<unsigned short> bounded) {
     { codec.encodeOne(bounded) } -> std::same_as<Encoded>;

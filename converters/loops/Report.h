@@ -1,28 +1,65 @@
 #pragma once
 
 #include "base/Surrogates.h"
+#include "base/UnitEscape.h"
 #include "converters/loops/Decode.h"
 #include "converters/loops/Encode.h"
 
 #include <vynulib/Transcoding.h>
 
-// Conversion of texts with a length: the loops that report a loss instead of replacing it.
+// Conversion of texts with a length: the loops that tell every loss.
 
 namespace vyn {
 
+using vynulib::OnError;
 using vynulib::Progress;
 using vynulib::Status;
 
-/// `vynulib::decode` of a piece.
+/// What becomes of the losses of a text, and what they were so far.
+struct Losses {
+    OnError onError = OnError::stop;
+    unsigned short replacement = replacementCharacter; ///< Stands for a loss where one is replaced.
+    std::size_t before = 0;                            ///< Elements of the text that stand before the piece.
+    vynulib::Report report = {};
+
+    /// Takes a loss that begins at `position` in the piece. False: the text ends before it.
+    bool take(std::size_t position) {
+        if (report.losses++ == 0)
+            report.firstLoss = before + position;
+        return onError != OnError::stop;
+    }
+};
+
+/// `vynulib::decode` of a piece, through all losses but with `OnError::stop`.
 template <DecodesPieces Codec>
-Progress decodePiece(Codec const& codec, std::string_view source, char16_t* dst, std::size_t room, bool last) {
+Progress decodePiece(Codec const& codec, std::string_view source, char16_t* dst, std::size_t room, bool last,
+                     Losses& losses) {
     using Element = typename Codec::Element;
     auto const* const start = reinterpret_cast<Element const*>(source.data());
     auto const* const end = start + source.size() / sizeof(Element);
     auto* const begin = reinterpret_cast<unsigned short*>(dst);
     DecodeCursor<Element> at{start, begin, room};
+    bool const replaces = losses.onError == OnError::replace || losses.onError == OnError::escape;
     Status status = Status::done;
-    std::size_t lost = 0; // bytes
+    std::size_t read = 0, lost = 0; // bytes
+    // False: the piece ends before what is lost.
+    auto const lose = [&](std::size_t bytes) {
+        read = static_cast<std::size_t>(at.src - start) * sizeof(Element);
+        if (replaces && at.room == 0) {
+            status = Status::roomFull;
+            return false;
+        }
+        if (!losses.take(read)) {
+            status = Status::unconvertible;
+            lost = bytes;
+            return false;
+        }
+        if (replaces) {
+            *at.dst++ = losses.replacement;
+            --at.room;
+        }
+        return true;
+    };
     for (unsigned untilBulk = 0; at.src != end; --untilBulk) {
         auto const left = static_cast<std::size_t>(end - at.src);
         if (untilBulk == 0) {
@@ -35,24 +72,21 @@ Progress decodePiece(Codec const& codec, std::string_view source, char16_t* dst,
         if (found.cutShort && !last)
             break;
         if (!found.mapped) {
-            status = Status::unconvertible;
-            lost = found.elements * sizeof(Element);
-            break;
-        }
-        if (found.units > at.room) {
+            if (!lose(found.elements * sizeof(Element)))
+                break;
+        } else if (found.units > at.room) {
             status = Status::roomFull;
             break;
+        } else {
+            at.dst = writeUnits(at.dst, found);
+            at.room -= found.units;
         }
-        at.dst = writeUnits(at.dst, found);
-        at.room -= found.units;
         at.src += found.elements;
     }
+    read = static_cast<std::size_t>(at.src - start) * sizeof(Element);
     std::size_t const rest = source.size() % sizeof(Element);
-    if (at.src == end && rest != 0 && last) {
-        status = Status::unconvertible;
-        lost = rest;
-    }
-    auto const read = static_cast<std::size_t>(at.src - start) * sizeof(Element);
+    if (at.src == end && rest != 0 && last && lose(rest))
+        read += rest;
     return {status, read, static_cast<std::size_t>(at.dst - begin), lost};
 }
 
@@ -69,9 +103,29 @@ Encoded encodeStrictly(Codec const& codec, Bounded<unsigned short> text) {
     return found.units == 2 ? found : unmappedUnits(2);
 }
 
-/// `vynulib::encode` of a piece.
+/// Writes what stands for so many lost units. False: it does not fit.
 template <EncodesPieces Codec>
-Progress encodePiece(Codec const& codec, std::u16string_view source, char* dst, std::size_t room, bool last) {
+bool writeLost(Codec const& codec, EncodeCursor<typename Codec::Element>& at, unsigned units, Losses const& losses) {
+    if (losses.onError == OnError::replace) {
+        Encoded const found = codec.encodeOne(Bounded{&losses.replacement, 1});
+        if (found.elements > at.room)
+            return false;
+        writeCode(at.dst, found.code, found.elements);
+        at.took(0, found.elements);
+    } else if (losses.onError == OnError::escape) {
+        if (at.room < units * unitEscapeLength)
+            return false;
+        for (unsigned i = 0; i < units; ++i)
+            writeUnitEscape(at.dst + i * unitEscapeLength, at.src[i]);
+        at.took(0, units * unitEscapeLength);
+    }
+    return true;
+}
+
+/// `vynulib::encode` of a piece, through all losses but with `OnError::stop`.
+template <EncodesPieces Codec>
+Progress encodePiece(Codec const& codec, std::u16string_view source, char* dst, std::size_t room, bool last,
+                     Losses& losses) {
     using Element = typename Codec::Element;
     auto const* const start = reinterpret_cast<unsigned short const*>(source.data());
     auto const* const end = start + source.size();
@@ -90,27 +144,27 @@ Progress encodePiece(Codec const& codec, std::u16string_view source, char* dst, 
                 untilBulk = charactersBetweenRuns + 1;
                 continue;
             }
-        // Most characters are mapped and fit: they need no other test than that for surrogates.
-        Encoded const usual = codec.encodeOne(Bounded{at.src, left});
-        if (usual.mapped && usual.elements <= at.room && (usual.units == 2 || !isSurrogate(*at.src))) {
-            writeCode(at.dst, usual.code, usual.elements);
-            at.took(usual.units, usual.elements);
+        Encoded found = codec.encodeOne(Bounded{at.src, left});
+        if (!found.mapped) {
+            found = encodeStrictly(codec, {at.src, left});
+            if (found.cutShort && !last)
+                break;
+        }
+        if (found.mapped && found.elements <= at.room) {
+            writeCode(at.dst, found.code, found.elements);
+            at.took(found.units, found.elements);
             continue;
         }
-        Encoded const found = encodeStrictly(codec, {at.src, left});
-        if (found.cutShort && !last)
+        if (found.mapped || !writeLost(codec, at, found.units, losses)) {
+            status = Status::roomFull;
             break;
-        if (!found.mapped) {
+        }
+        if (!losses.take(static_cast<std::size_t>(at.src - start))) {
             status = Status::unconvertible;
             lost = found.units;
             break;
         }
-        if (found.elements > at.room) {
-            status = Status::roomFull;
-            break;
-        }
-        writeCode(at.dst, found.code, found.elements);
-        at.took(found.units, found.elements);
+        at.took(found.units, 0);
     }
     auto const written = static_cast<std::size_t>(at.dst - begin) * sizeof(Element);
     return {status, static_cast<std::size_t>(at.src - start), written, lost};

@@ -65,7 +65,7 @@ VYNULIB_API Progress decode(VynCharSet from, std::string_view source, char16_t* 
 /// the two units of a pair.
 VYNULIB_API Progress encode(VynCharSet to, std::u16string_view source, char* dst, std::size_t room, bool last);
 
-/// What the functions for whole texts do with a loss.
+/// What becomes of a loss.
 enum class OnError {
     stop,    ///< End the result before it.
     replace, ///< Write U+FFFD for it if the result is UTF-16 or in a Unicode set, "?" otherwise.
@@ -73,11 +73,16 @@ enum class OnError {
     drop     ///< Write nothing. It still separates what stands around it.
 };
 
-/// What a conversion of a whole text lost. The functions overwrite it.
+/// What a conversion lost. The functions overwrite it.
 struct Report {
     std::size_t losses = 0;                         ///< Characters and malformed sequences; at most 1 with `stop`.
     std::size_t firstLoss = std::string_view::npos; ///< Where the first one begins, in elements of the source.
 };
+
+/// Converts one piece of a text from one set to another, as `decode` and `encode` of a piece do, and goes on through its
+/// losses but with `stop`: only then it comes back with `unconvertible`. Writes at most `room` bytes to `dst`.
+VYNULIB_API Progress transcode(VynCharSet from, VynCharSet to, std::string_view source, char* dst, std::size_t room,
+                               bool last, OnError onError = OnError::stop, Report* report = nullptr);
 
 /// A whole text in the set `from` as UTF-16.
 VYNULIB_API std::u16string decode(VynCharSet from, std::string_view source, OnError onError = OnError::replace,

@@ -246,6 +246,39 @@ TEST_P(TranscodingSets, WholeTextsKeepToTheirBoundsAndReports) {
     }
 }
 
+TEST_P(TranscodingSets, PiecesTranscodeAsTheWhole) {
+    std::vector<VynCharSet> const targets = servedSets();
+    for (int round = 0; round < 200 && !HasFailure(); ++round) {
+        VynCharSet const to = targets[random.below(targets.size())];
+        auto const onError = static_cast<OnError>(random.below(4));
+        std::string const bytes = anyBytes(random.below(8) == 0 ? 9000 : random.below(100));
+        unsigned const most = 1 + random.below(random.below(2) == 0 ? 20'000 : 20);
+        Report whole, sum;
+        std::string const text = vynulib::transcode(cs, to, bytes, onError, &whole);
+        std::size_t at = 0;
+        auto const convert = [&](std::string_view source, char* dst, std::size_t room, bool last) {
+            Report report;
+            Progress const done = vynulib::transcode(cs, to, source, dst, room, last, onError, &report);
+            if (sum.losses == 0 && report.losses != 0)
+                sum.firstLoss = at + report.firstLoss;
+            sum.losses += report.losses;
+            at += done.read + done.length;
+            return done;
+        };
+        Outcome<std::string> const pieces = inPieces<std::string>(
+            std::string_view(bytes), convert, [&]() -> std::size_t { return random.below(most); },
+            [&]() -> std::size_t { return 48 + random.below(most); }); // what a pair becomes at most, and more
+        SCOPED_TRACE(testing::Message() << "to " << to << ", policy " << static_cast<int>(onError));
+        if (onError == OnError::stop) { // the pieces go on after each loss
+            ASSERT_EQ(pieces.losses.empty() ? npos : pieces.losses[0].first, whole.firstLoss);
+            ASSERT_TRUE(pieces.text.starts_with(text));
+        } else {
+            ASSERT_EQ(pieces.text, text);
+            ASSERT_EQ(sum, whole);
+        }
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Sets, TranscodingSets, testing::ValuesIn(servedSets()),
                          [](auto const& test) { return std::to_string(test.param); });
 

@@ -15,7 +15,7 @@ class Input;
 class Output;
 class Progress;
 
-/// Converts files of any size by way of UTF-16, a piece at a time.
+/// Converts files of any size, a piece at a time.
 class Transcoder {
 public:
     Transcoder(InputSet from, VynCharSet to, vynulib::OnError onError, Output& output);
@@ -27,23 +27,15 @@ private:
     bool readMore(Input& input);
     void skipMark(Input& input);
     bool convertPiece();
-    std::size_t encodePiece(std::u16string_view units, bool last);
     void pass(std::size_t bytes);
-    void noteFirst(VynCharSet lackedBy, std::string_view bytes, std::size_t line);
-    std::string_view sourceOf(std::size_t unit, std::size_t count) const;
-    std::size_t bytesOf(std::size_t units, std::string_view source) const;
-    void append(std::string_view bytes);
-    void flush();
+    void noteFirst(std::size_t position);
 
     InputSet m_fromNamed;
     VynCharSet m_to;
     vynulib::OnError m_onError;
-    std::string m_replacement; // for a loss; empty where losses are dropped
     Output& m_output;
     std::vector<char> m_source;
-    std::vector<char16_t> m_units;
     std::vector<char> m_bytes;
-    std::size_t m_filled = 0; // of m_bytes
 
     // Of the input:
     VynCharSet m_from;
