@@ -1,36 +1,48 @@
 #include "base/UnitScan.h"
 
 #include "base/CheckedReads.h"
+#include "base/Words.h"
 
 #include <algorithm>
 
 namespace vyn {
 namespace {
 
+constexpr unsigned long wordUnits = 4;
 constexpr unsigned long blockUnits = readableStretch / sizeof(unsigned short);
 
-// Reads what may lie after the end of the text: an aligned block with a readable unit in it is readable. Only where
-// nothing watches reads; the attribute is for the library's own build with a sanitizer.
-__attribute__((no_sanitize("address", "thread"))) bool alignedBlockHasZero(unsigned short const* text) noexcept {
+bool blockHasZero(unsigned short const* text) noexcept {
     unsigned short zeros = 0; // as wide as a unit, so that compilers use vectors
     for (unsigned long i = 0; i < blockUnits; ++i)
         zeros = static_cast<unsigned short>(zeros | (text[i] == 0 ? 1 : 0));
     return zeros != 0;
 }
 
+/// Reads aligned words and blocks, which may hold what lies before the text and after its end: one with a unit of the
+/// text in it is readable.
+unsigned long scanWords(unsigned short const* text, unsigned long maxUnits) noexcept {
+    auto const address = reinterpret_cast<std::uintptr_t>(text);
+    unsigned long const before = address % sizeof(std::uint64_t) / sizeof *text; // units in front of the text
+    std::uint64_t word = wordAt(text - before) | ((std::uint64_t{1} << 16 * before) - 1);
+    unsigned long length = 0 - before; // of the text that lies before the word
+    while (!hasZeroUnit(word)) {
+        length += wordUnits;
+        if ((address + sizeof *text * length) % readableStretch == 0)
+            while (length < maxUnits && !blockHasZero(text + length))
+                length += blockUnits;
+        if (length >= maxUnits)
+            return maxUnits;
+        word = wordAt(text + length);
+    }
+    return std::min(length + firstZeroUnit(word), maxUnits);
+}
+
 } // namespace
 
 unsigned long unitLength(unsigned short const* text, unsigned long maxUnits) noexcept {
-    auto const address = reinterpret_cast<std::uintptr_t>(text);
-    bool const byBlocks = !readsAreChecked && address % sizeof *text == 0;
-    unsigned long const head = byBlocks ? std::min(-address % readableStretch / sizeof *text, maxUnits) : maxUnits;
+    if (!readsAreChecked && reinterpret_cast<std::uintptr_t>(text) % sizeof *text == 0)
+        return maxUnits != 0 ? scanWords(text, maxUnits) : 0;
     unsigned long length = 0;
-    while (length < head && text[length] != 0)
-        ++length;
-    if (length < head)
-        return length;
-    while (maxUnits - length >= blockUnits && !alignedBlockHasZero(text + length))
-        length += blockUnits;
     while (length < maxUnits && text[length] != 0)
         ++length;
     return length;

@@ -20,8 +20,16 @@ inline std::uint64_t wordAt(void const* src, unsigned long index = 0) {
     return value;
 }
 
+/// Marks the zero units of a word; above the first one it may mark others too.
+constexpr std::uint64_t zeroUnits(std::uint64_t word) {
+    return (word - inEachUnit) & ~word & 0x8000 * inEachUnit;
+}
 constexpr bool hasZeroUnit(std::uint64_t word) {
-    return ((word - inEachUnit) & ~word & 0x8000 * inEachUnit) != 0;
+    return zeroUnits(word) != 0;
+}
+/// Where the first zero unit of a word stands, from 0.
+constexpr unsigned firstZeroUnit(std::uint64_t word) {
+    return static_cast<unsigned>(std::countr_zero(zeroUnits(word))) / 16;
 }
 
 } // namespace vyn
