@@ -99,15 +99,41 @@ constexpr auto registrationOrder = [] {
     return order;
 }();
 
-/// All served sets, by number.
-constexpr auto byNumber = [] {
+constexpr auto servedSets = [] {
     std::array<vyn::ServedSet, registrationOrder.size() + 2> sets{};
     auto end = std::copy(registrationOrder.begin(), registrationOrder.end(), sets.begin());
     *end++ = {VYNCS_UTF16BE, nullptr, &vyn::utf16BeOperations};
     *end++ = {VYNCS_UTF32BE, nullptr, &vyn::utf32BeOperations};
-    std::sort(sets.begin(), end, [](auto const& a, auto const& b) { return a.cs < b.cs; });
     return sets;
 }();
+
+/// Finds a served set at once: each has a slot of its own, where its place in `servedSets` stands.
+class ServedSlots {
+public:
+    constexpr ServedSlots() {
+        while (!fill())
+            m_multiplier *= 0x9E3779B1; // the next of many odd numbers
+    }
+
+    /// The set of this number if there is one; otherwise any.
+    constexpr vyn::ServedSet const& find(VynCharSet cs) const { return servedSets[m_places[slotOf(cs)]]; }
+
+private:
+    constexpr std::size_t slotOf(VynCharSet cs) const { return static_cast<unsigned>(cs) * m_multiplier >> 24; }
+
+    constexpr bool fill() {
+        std::fill(std::begin(m_places), std::end(m_places), static_cast<unsigned char>(0));
+        for (unsigned char place = 0; place < servedSets.size(); ++place)
+            m_places[slotOf(servedSets[place].cs)] = place;
+        return std::all_of(servedSets.begin(), servedSets.end(),
+                           [this](vyn::ServedSet const& set) { return &find(set.cs) == &set; });
+    }
+
+    unsigned m_multiplier = 0x9E3779B1;
+    unsigned char m_places[256] = {};
+};
+
+constexpr ServedSlots slots;
 
 [[gnu::constructor]] void load() {
     registry.create();
@@ -127,9 +153,8 @@ std::span<vyn::ServedSet const> vyn::registeredSets() {
 }
 
 vyn::ServedSet const* vyn::servedSet(VynCharSet cs) noexcept {
-    auto const found = std::lower_bound(byNumber.begin(), byNumber.end(), cs,
-                                        [](ServedSet const& set, VynCharSet number) { return set.cs < number; });
-    return found != byNumber.end() && found->cs == cs ? found : nullptr;
+    ServedSet const& set = slots.find(cs);
+    return set.cs == cs ? &set : nullptr;
 }
 
 vyn::ServedSet const& vyn::requireServedSet(VynCharSet cs) {
