@@ -65,9 +65,11 @@ struct DoubleByteCodec : DoubleByteForm {
     }
 
     Encoded encodeOne(auto text) const { return encoded(tables->reverse.lookup(text[0]), 1); }
+
+    bool keepsAscii() const { return tables->keepsAscii(); }
 };
 
-static_assert(DecodesAhead<DoubleByteCodec> && Encodes<DoubleByteCodec>);
+static_assert(DecodesAhead<DoubleByteCodec> && Encodes<DoubleByteCodec> && KeepsAscii<DoubleByteCodec>);
 
 /// A double-byte set with characters beyond the Basic Multilingual Plane, which are surrogate pairs in UTF-16.
 struct DoubleByteExCodec : DoubleByteForm {

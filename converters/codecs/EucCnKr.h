@@ -57,9 +57,11 @@ struct EucCnKrCodec : EucCnKrForm {
         unsigned const code = tables->reverse.lookup(text[0]);
         return code != 0 ? mappedCode(code + rowCellHighBits, 2, 1) : unmappedUnits(1);
     }
+
+    static constexpr bool keepsAscii() { return true; }
 };
 
-static_assert(DecodesAhead<EucCnKrCodec> && Encodes<EucCnKrCodec>);
+static_assert(DecodesAhead<EucCnKrCodec> && Encodes<EucCnKrCodec> && KeepsAscii<EucCnKrCodec>);
 static_assert(DecodesPieces<EucCnKrCodec> && EncodesPieces<EucCnKrCodec>);
 
 } // namespace vyn

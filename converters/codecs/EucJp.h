@@ -65,6 +65,8 @@ struct EucJpCodec {
         return unmappedUnits(1);
     }
 
+    static constexpr bool keepsAscii() { return true; }
+
     /// Unlike the conversion, counts every katakana byte after SS2, and ends where the elements left can't hold the
     /// sequence that the first one begins.
     Counted countOne(auto text) const {
@@ -86,7 +88,7 @@ private:
     static unsigned highBitsSet(unsigned code) { return (code + rowCellHighBits) & 0xFFFF; }
 };
 
-static_assert(Decodes<EucJpCodec> && Encodes<EucJpCodec> && CountsUnits<EucJpCodec>);
+static_assert(Decodes<EucJpCodec> && Encodes<EucJpCodec> && CountsUnits<EucJpCodec> && KeepsAscii<EucJpCodec>);
 
 /// For texts with a length: a byte after the first without its high bit belongs to no character, so that a quote after a
 /// cut-off lead byte stays a quote.

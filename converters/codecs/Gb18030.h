@@ -138,6 +138,8 @@ struct Gb18030Codec {
         return key >= 0 ? encoded(static_cast<unsigned>(key), 1) : unmappedUnits(1);
     }
 
+    bool keepsAscii() const { return tables->keepsAscii(); }
+
 private:
     Decoded inRanges(unsigned key, unsigned bytes) const {
         long const value = tables->scalarOfKey.lookup(key);
@@ -164,7 +166,7 @@ private:
     }
 };
 
-static_assert(Decodes<Gb18030Codec> && Encodes<Gb18030Codec>);
+static_assert(Decodes<Gb18030Codec> && Encodes<Gb18030Codec> && KeepsAscii<Gb18030Codec>);
 static_assert(DecodesPieces<Gb18030Codec> && EncodesPieces<Gb18030Codec>);
 
 } // namespace vyn

@@ -11,13 +11,20 @@ class MultibyteTables {
 public:
     /// `map`: pairs of a code and its unit up to (0, 0); of two with the same code or unit the later counts. Null: no
     /// pairs.
-    explicit MultibyteTables(unsigned short const* map) { enter(map); }
+    explicit MultibyteTables(unsigned short const* map) {
+        enter(map);
+        for (unsigned short unit = ' '; unit < 0x7F; ++unit)
+            m_keepsAscii &= forward.lookup(unit) == unit && reverse.lookup(unit) == unit;
+    }
     MultibyteTables(MultibyteTables const&) = delete;
     MultibyteTables& operator=(MultibyteTables const&) = delete;
     virtual ~MultibyteTables() = default;
 
     LookupTable<unsigned short> forward; // unit of each code
     LookupTable<unsigned short> reverse; // code of each unit
+
+    /// Whether the printable characters of ASCII are their own codes.
+    bool keepsAscii() const { return m_keepsAscii; }
 
 protected:
     void enter(unsigned short const* map) {
@@ -26,6 +33,9 @@ protected:
             reverse.insert(pair[1], pair[0]);
         }
     }
+
+private:
+    bool m_keepsAscii = true;
 };
 
 /// The same for a set with characters beyond the Basic Multilingual Plane.

@@ -163,6 +163,12 @@ concept EncodesSurrogates = EncodesPieces<Codec> && requires {
     requires Codec::encodesSurrogates;
 };
 
+/// Tells whether the printable characters of ASCII are their own elements, either way.
+template <class Codec>
+concept KeepsAscii = requires(Codec const& codec) {
+    { codec.keepsAscii() } -> std::same_as<bool>;
+};
+
 /// Escapes that take other units and room than what they escape and what they write.
 template <class Codec>
 concept TakesEscapeToll = Encodes<Codec> && requires(Codec const& codec, Terminated<unsigned short> text) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Surrogates.h"
+#include "converters/kernels/AsciiRun.h"
 #include "converters/loops/Codec.h"
 #include "converters/loops/Run.h"
 
@@ -13,11 +14,17 @@ struct DecodeCursor {
     unsigned long room;
     bool sawIllegal = false;
 
-    void took(BulkDecoded<Element> const& done) {
+    /// Whether neither the text ends here nor the room.
+    bool hasMore() const { return room != 0 && *src != 0; }
+
+    /// Returns the elements taken.
+    long took(BulkDecoded<Element> const& done) {
+        long const elements = done.src - src;
         room -= static_cast<unsigned long>(done.dst - dst);
         src = done.src;
         dst = done.dst;
         sawIllegal |= done.sawIllegal;
+        return elements;
     }
 };
 
@@ -76,16 +83,26 @@ template <Decodes Codec>
 template <template <class> class Text, class Codec>
 BulkDecoded<typename Codec::Element> decodeSteps(Codec const& codec, typename Codec::Element const* src,
                                                  typename Codec::Element const* end, unsigned short* dst) {
-    while (end - src >= Text<typename Codec::Element>::certain) {
-        Decoded found;
-        if constexpr (DecodesAhead<Codec>)
-            found = codec.decodeAhead(src);
-        else
-            found = codec.decodeOne(Text<typename Codec::Element>{src});
-        if (!found.mapped)
-            break;
-        dst = writeUnits(dst, found);
-        src += found.elements;
+    using Here = Text<typename Codec::Element>;
+    while (end - src >= Here::certain) {
+        if constexpr (KeepsAscii<Codec>)
+            if (codec.keepsAscii()) {
+                long const moved = movePrintableBlocks(src, end, dst);
+                src += moved;
+                dst += moved;
+            }
+        auto const* const stepsEnd = src + std::min(elementsBetweenAscii, end - src);
+        while (stepsEnd - src >= Here::certain) {
+            Decoded found;
+            if constexpr (DecodesAhead<Codec>)
+                found = codec.decodeAhead(src);
+            else
+                found = codec.decodeOne(Here{src});
+            if (!found.mapped)
+                return {src, dst};
+            dst = writeUnits(dst, found);
+            src += found.elements;
+        }
     }
     return {src, dst};
 }
@@ -100,6 +117,44 @@ BulkDecoded<typename Codec::Element> decodeBulk(Codec const& codec, typename Cod
         return decodeSteps<Text>(codec, src, end, dst);
 }
 
+/// The literal path alone, to the end of the text, the room or the source limit, in elements.
+template <Decodes Codec>
+[[gnu::noinline]] DecodeCursor<typename Codec::Element>
+decodeUpTo(long limit, Codec codec, DecodeCursor<typename Codec::Element> at, ILLCHAR_OPTYPE op) {
+    auto const* const start = at.src;
+    Decoded found;
+    while (at.hasMore() && decodeCharacter(codec, at, found, op))
+        if (found.limited && at.src - start >= limit)
+            break;
+    return at;
+}
+
+/// Both paths in turns.
+template <Decodes Codec>
+[[gnu::always_inline]] inline DecodeCursor<typename Codec::Element>
+decodeAll(Codec const& codec, DecodeCursor<typename Codec::Element> at, ILLCHAR_OPTYPE op) {
+    using Element = typename Codec::Element;
+    [[maybe_unused]] Run<Element> run(at.src, op);
+    Turns turns;
+    Decoded found;
+    while (at.hasMore()) {
+        long taken = 0;
+        if constexpr (sizeof(Element) == 1) {
+            unsigned long const ahead = run.ahead(at.src, at.room / Codec::maxUnitsPerElement);
+            taken = at.took(decodeBulk<TerminatedLater>(codec, at.src, at.src + ahead, at.dst));
+            if (!at.hasMore())
+                break;
+        }
+        for (unsigned left = turns.charactersAfter(taken); left != 0 && at.hasMore(); --left) {
+            if (!decodeCharacter(codec, at, found, op))
+                return at;
+            if (!found.mapped)
+                at.took(replaceMore(codec, at.src, at.dst, at.room));
+        }
+    }
+    return at;
+}
+
 /// `VynCharSetConverter::toUTF16` of the set whose codec `codecOf` returns. `limit` is the source limit in elements, 0
 /// or less for none.
 template <class CodecOf>
@@ -108,28 +163,12 @@ unsigned long decodeText(CodecOf codecOf, unsigned short* dst, void const* src, 
     if (!dst || !src)
         return 0;
     auto const codec = codecOf();
-    using Codec = std::remove_const_t<decltype(codec)>;
-    using Element = typename Codec::Element;
-    auto const* const start = static_cast<Element const*>(src);
-    DecodeCursor<Element> at{start, dst, codec.ready() ? room : 0};
-    [[maybe_unused]] Run<Element> run(start, op);
-    [[maybe_unused]] unsigned untilBulk = 0;
-    Decoded found;
-    while (at.room != 0 && *at.src != 0) {
-        if constexpr (sizeof(Element) == 1)
-            if (limit <= 0 && untilBulk-- == 0) {
-                unsigned long const ahead = run.ahead(at.src, at.room / Codec::maxUnitsPerElement);
-                at.took(decodeBulk<TerminatedLater>(codec, at.src, at.src + ahead, at.dst));
-                untilBulk = charactersBetweenRuns;
-                continue;
-            }
-        if (!decodeCharacter(codec, at, found, op))
-            break;
-        if (limit > 0 && found.limited && at.src - start >= limit)
-            break;
-        if (limit <= 0 && !found.mapped)
-            at.took(replaceMore(codec, at.src, at.dst, at.room));
-    }
+    using Element = typename decltype(codec)::Element;
+    DecodeCursor<Element> at{static_cast<Element const*>(src), dst, codec.ready() ? room : 0};
+    if (limit > 0)
+        at = decodeUpTo(limit, codec, at, op);
+    else
+        at = decodeAll(codec, at, op);
     *at.dst = 0;
     if (illegal)
         *illegal = at.sawIllegal;

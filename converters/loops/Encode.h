@@ -1,5 +1,6 @@
 #pragma once
 
+#include "converters/kernels/AsciiRun.h"
 #include "converters/loops/Codec.h"
 #include "converters/loops/Run.h"
 
@@ -12,15 +13,21 @@ struct EncodeCursor {
     unsigned long room;
     bool sawIllegal = false;
 
+    /// Whether neither the text ends here nor the room.
+    bool hasMore() const { return room != 0 && *src != 0; }
+
     void took(unsigned units, unsigned elements) {
         src += units;
         dst += elements;
         room -= elements;
     }
-    void took(BulkEncoded<Element> const& done) {
+    /// Returns the units taken.
+    long took(BulkEncoded<Element> const& done) {
+        long const units = done.src - src;
         room -= static_cast<unsigned long>(done.dst - dst);
         src = done.src;
         dst = done.dst;
+        return units;
     }
 };
 
@@ -55,6 +62,40 @@ template <Encodes Codec>
         src += found.units;
     }
     return {src, dst};
+}
+
+/// The bulk form of a codec that has none of its own: mapped characters step by step, without a test of room and end of
+/// text.
+template <class Codec>
+BulkEncoded<typename Codec::Element> encodeSteps(Codec const& codec, unsigned short const* src,
+                                                 unsigned short const* end, typename Codec::Element* dst) {
+    while (src != end) {
+        if constexpr (KeepsAscii<Codec>)
+            if (codec.keepsAscii()) {
+                long const moved = movePrintableBlocks(src, end, dst);
+                src += moved;
+                dst += moved;
+            }
+        for (auto const* const stepsEnd = src + std::min(elementsBetweenAscii, end - src); src < stepsEnd;) {
+            Encoded const found = codec.encodeOne(Bounded{src, static_cast<std::size_t>(end - src)});
+            if (!found.mapped)
+                return {src, dst};
+            writeCode(dst, found.code, found.elements);
+            src += found.units;
+            dst += found.elements;
+        }
+    }
+    return {src, dst};
+}
+
+/// The fast path: regular characters, as far as neither the end of the text nor the room can end it.
+template <class Codec>
+BulkEncoded<typename Codec::Element> encodeBulk(Codec const& codec, unsigned short const* src,
+                                                unsigned short const* end, typename Codec::Element* dst) {
+    if constexpr (EncodesBlocks<Codec>)
+        return codec.encodeBlocks(src, end, dst);
+    else
+        return encodeSteps(codec, src, end, dst);
 }
 
 /// Writes what stands for a character that can't be converted: an escape for each unit, or one "?" for all. False: the
@@ -118,18 +159,17 @@ unsigned long encodeText(CodecOf codecOf, void* dst, unsigned short const* src, 
     auto* const start = static_cast<Element*>(dst);
     EncodeCursor<Element> at{src, start, codec.ready() ? dstCap / sizeof(Element) : 0};
     [[maybe_unused]] Run<unsigned short> run(src, op);
-    [[maybe_unused]] unsigned untilBulk = 0;
-    while (at.room != 0 && *at.src != 0) {
-        if constexpr (EncodesBlocks<Codec>)
-            if (untilBulk-- == 0) {
-                // The fast path: regular characters, as far as neither terminator nor room can end the text.
-                unsigned long const ahead = run.ahead(at.src, unitsThatFit<Codec>(at.room, op));
-                at.took(codec.encodeBlocks(at.src, at.src + ahead, at.dst));
-                untilBulk = charactersBetweenRuns;
-                continue;
-            }
-        if (!encodeCharacter(codec, at, op))
-            break;
+    Turns turns;
+    for (bool goesOn = true; goesOn && at.hasMore();) {
+        long taken = 0;
+        if constexpr (sizeof(Element) == 1) {
+            unsigned long const ahead = run.ahead(at.src, unitsThatFit<Codec>(at.room, op));
+            taken = at.took(encodeBulk(codec, at.src, at.src + ahead, at.dst));
+            if (!at.hasMore())
+                break;
+        }
+        for (unsigned left = turns.charactersAfter(taken); left != 0 && goesOn && at.hasMore(); --left)
+            goesOn = encodeCharacter(codec, at, op);
     }
     *at.dst = Element{0};
     if (illegal)

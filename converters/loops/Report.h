@@ -60,28 +60,31 @@ Progress decodePiece(Codec const& codec, std::string_view source, char16_t* dst,
         }
         return true;
     };
-    for (unsigned untilBulk = 0; at.src != end; --untilBulk) {
+    // False: the piece ends before the next character.
+    auto const decodeNext = [&] {
         auto const left = static_cast<std::size_t>(end - at.src);
-        if (untilBulk == 0) {
-            auto const* const bulkEnd = at.src + std::min(left, at.room / Codec::maxUnitsPerElement);
-            at.took(decodeBulk<Ample>(codec, at.src, bulkEnd, at.dst));
-            untilBulk = charactersBetweenRuns + 1;
-            continue;
-        }
         Decoded const found = *at.src == 0 ? mappedUnit(0, 1) : codec.decodeOne(Bounded{at.src, left});
         if (found.cutShort && !last)
-            break;
+            return false;
         if (!found.mapped) {
             if (!lose(found.elements * sizeof(Element)))
-                break;
+                return false;
         } else if (found.units > at.room) {
             status = Status::roomFull;
-            break;
+            return false;
         } else {
             at.dst = writeUnits(at.dst, found);
             at.room -= found.units;
         }
         at.src += found.elements;
+        return true;
+    };
+    Turns turns;
+    for (bool goesOn = true; goesOn && at.src != end;) {
+        auto const ahead = std::min(static_cast<std::size_t>(end - at.src), at.room / Codec::maxUnitsPerElement);
+        long const taken = at.took(decodeBulk<Ample>(codec, at.src, at.src + ahead, at.dst));
+        for (unsigned left = turns.charactersAfter(taken); left != 0 && goesOn && at.src != end; --left)
+            goesOn = decodeNext();
     }
     read = static_cast<std::size_t>(at.src - start) * sizeof(Element);
     std::size_t const rest = source.size() % sizeof(Element);
@@ -133,38 +136,40 @@ Progress encodePiece(Codec const& codec, std::u16string_view source, char* dst, 
     EncodeCursor<Element> at{start, begin, room / sizeof(Element)};
     Status status = Status::done;
     std::size_t lost = 0; // units
-    for (unsigned untilBulk = 0; at.src != end; --untilBulk) {
+    // False: the piece ends before the next character.
+    auto const encodeNext = [&] {
         auto const left = static_cast<std::size_t>(end - at.src);
-        if constexpr (EncodesBlocks<Codec>)
-            if (untilBulk == 0) {
-                // A bulk form may touch the room for a terminator, which is none here.
-                std::size_t const bulkRoom = std::max(at.room, std::size_t{1}) - 1;
-                auto const* const bulkEnd = at.src + std::min(left, bulkRoom / Codec::maxElementsPerUnit);
-                at.took(codec.encodeBlocks(at.src, bulkEnd, at.dst));
-                untilBulk = charactersBetweenRuns + 1;
-                continue;
-            }
         Encoded found = codec.encodeOne(Bounded{at.src, left});
         if (!found.mapped) {
             found = encodeStrictly(codec, {at.src, left});
             if (found.cutShort && !last)
-                break;
+                return false;
         }
         if (found.mapped && found.elements <= at.room) {
             writeCode(at.dst, found.code, found.elements);
             at.took(found.units, found.elements);
-            continue;
+            return true;
         }
         if (found.mapped || !writeLost(codec, at, found.units, losses)) {
             status = Status::roomFull;
-            break;
+            return false;
         }
         if (!losses.take(static_cast<std::size_t>(at.src - start))) {
             status = Status::unconvertible;
             lost = found.units;
-            break;
+            return false;
         }
         at.took(found.units, 0);
+        return true;
+    };
+    Turns turns;
+    for (bool goesOn = true; goesOn && at.src != end;) {
+        // A bulk form may touch the room for a terminator, which is none here.
+        std::size_t const bulkRoom = std::max(at.room, std::size_t{1}) - 1;
+        auto const ahead = std::min(static_cast<std::size_t>(end - at.src), bulkRoom / Codec::maxElementsPerUnit);
+        long const taken = at.took(encodeBulk(codec, at.src, at.src + ahead, at.dst));
+        for (unsigned left = turns.charactersAfter(taken); left != 0 && goesOn && at.src != end; --left)
+            goesOn = encodeNext();
     }
     auto const written = static_cast<std::size_t>(at.dst - begin) * sizeof(Element);
     return {status, static_cast<std::size_t>(at.src - start), written, lost};

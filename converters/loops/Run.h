@@ -43,8 +43,23 @@ private:
     bool m_stops;
 };
 
-/// Characters that are converted one by one after an irregular one before the bulk form is tried again: irregular
-/// characters often follow each other, and a bulk form that comes nowhere costs as much as a few of them.
-constexpr unsigned charactersBetweenRuns = 16;
+/// How many characters are converted one by one between two runs. Irregular characters often follow each other, and a bulk
+/// form that comes nowhere costs as much as a few of them: the less it came to, the more they are.
+class Turns {
+public:
+    /// After a run of so many elements.
+    unsigned charactersAfter(long elements) {
+        m_characters = elements >= fewest ? fewest : std::min(2 * m_characters, most);
+        return m_characters;
+    }
+
+private:
+    static constexpr unsigned fewest = 16, most = 128;
+
+    unsigned m_characters = fewest;
+};
+
+/// How far a bulk form made of single steps goes between two looks for a run of ASCII.
+constexpr long elementsBetweenAscii = 64;
 
 } // namespace vyn
