@@ -43,6 +43,10 @@ constexpr TextOfSet texts[] = {
     {"949-korean", VYNCS_WCP949, "CP949", "windows-949", korean},
     {"eucjp-japanese", VYNCS_EUC_JP, "EUC-JP", "EUC-JP", japanese},
     {"gb18030-chinese", VYNCS_GB18030, "GB18030", "gb18030", chinese},
+    {"932-english", VYNCS_WCP932, "CP932", "ibm-943_P15A-2003", english},
+    {"949-english", VYNCS_WCP949, "CP949", "windows-949", english},
+    {"gb18030-english", VYNCS_GB18030, "GB18030", "gb18030", english},
+    {"eucjp-english", VYNCS_EUC_JP, "EUC-JP", "EUC-JP", english},
 };
 
 /// At least `bytes` bytes of the text in its set, and the same in UTF-16: its words in random order, as a text that
