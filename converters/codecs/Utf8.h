@@ -11,7 +11,7 @@ namespace vyn {
 /// are always replaced or skipped.
 struct Utf8Codec {
     using Element = unsigned char;
-    static constexpr unsigned maxUnitsPerElement = 1;
+    static constexpr unsigned maxUnitsPerElement = 1; // a pair's step takes one byte, and its strays become nothing
     static constexpr unsigned maxElementsPerUnit = 3; // four bytes are two units
     static constexpr bool replacesPairsOutOfRoom = true;
 

@@ -69,8 +69,8 @@ void expectConversions(Converters const& converters, Bytes const& bytes, Convert
                        Units const& units, Converted<unsigned char> const& encoded) {
     for (auto const& converter : converters) {
         ConvertKit kit(*converter);
-        EXPECT_EQ(kit.decode(bytes, 8), decoded);
-        EXPECT_EQ(kit.encode(units, 8), encoded);
+        EXPECT_EQ(kit.decode(bytes, 40), decoded);
+        EXPECT_EQ(kit.encode(units, 40), encoded);
     }
 }
 
@@ -81,6 +81,8 @@ TEST(ConverterTables, LetTheLaterRecordWinInItsDirection) {
     Converters converters = convertersOf(map, extendedMap);
     converters.resize(4); // the EUC sets have codes of two bytes only
     expectConversions(converters, {0x41, 0x43}, {{0x62, 0x62}}, {0x61, 0x62}, {{0x41, 0x43}});
+    // A map without ASCII of its own has no runs of it.
+    expectConversions(converters, Bytes(40, 0x41), {Units(40, 0x62)}, Units(40, 0x61), {Bytes(40, 0x41)});
 }
 
 TEST(ConverterTables, MapNothingWhereTheMapHoldsItsTerminatorOnly) {
