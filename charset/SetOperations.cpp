@@ -46,13 +46,13 @@ struct WithTables {
 template <class Set>
 Progress decodeIn(VynCharSetConverter* converter, std::string_view source, char16_t* dst, std::size_t room, bool last,
                   Losses& losses) {
-    return decodePiece(Set::codec(converter), source, dst, room, last, losses);
+    return PieceDecoder(Set::codec(converter), source, last, losses).run(dst, room);
 }
 
 template <class Set>
 Progress encodeIn(VynCharSetConverter* converter, std::u16string_view source, char* dst, std::size_t room, bool last,
                   Losses& losses) {
-    return encodePiece(Set::codec(converter), source, dst, room, last, losses);
+    return PieceEncoder(Set::codec(converter), source, last, losses).run(dst, room);
 }
 
 template <class Set>

@@ -29,7 +29,7 @@ Progress encodePiece(ServedSet const& set, std::u16string_view source, char* dst
 /// Losses whose replacement can be written in the set.
 Losses lossesIn(ServedSet const& set, OnError onError) {
     unsigned const replacement = set.operations->unicode ? vyn::replacementCharacter : vyn::replacementElement;
-    return {onError, static_cast<unsigned short>(replacement)};
+    return {{onError, static_cast<unsigned short>(replacement)}};
 }
 
 std::size_t saturatedProduct(std::size_t a, std::size_t b) {
@@ -131,7 +131,7 @@ private:
         losses = lossesIn(m_to, m_onError);
         // What is dropped still separates the halves of a pair: each loss ends the units before it.
         if (m_onError == OnError::drop && m_from.operations->loneSurrogates)
-            losses.onError = OnError::stop;
+            losses.rule.onError = OnError::stop;
         return decodePiece(m_from, m_source.substr(m_done.read), m_units, count, m_last, losses);
     }
 
@@ -165,12 +165,12 @@ void tell(Report* report, Report const& found) {
 } // namespace
 
 Progress decode(VynCharSet from, std::string_view source, char16_t* dst, std::size_t room, bool last) {
-    Losses losses{OnError::stop};
+    Losses losses;
     return decodePiece(vyn::requireServedSet(from), source, dst, room, last, losses);
 }
 
 Progress encode(VynCharSet to, std::u16string_view source, char* dst, std::size_t room, bool last) {
-    Losses losses{OnError::stop};
+    Losses losses;
     return encodePiece(vyn::requireServedSet(to), source, dst, room, last, losses);
 }
 
@@ -184,7 +184,7 @@ Progress transcode(VynCharSet from, VynCharSet to, std::string_view source, char
 
 std::u16string decode(VynCharSet from, std::string_view source, OnError onError, Report* report) {
     ServedSet const& set = vyn::requireServedSet(from);
-    Losses losses{onError};
+    Losses losses{{onError}};
     auto const most = [&](std::size_t rest) { return mostUnits(set, rest); };
     auto const convert = [&](std::size_t at, char16_t* dst, std::size_t room) {
         losses.before = at;
@@ -231,7 +231,7 @@ std::string transcode(VynCharSet from, VynCharSet to, std::string_view source, O
 
 bool isValid(VynCharSet cs, std::string_view source) {
     ServedSet const& set = vyn::requireServedSet(cs);
-    Losses losses{OnError::stop};
+    Losses losses;
     char16_t units[pieceUnits];
     for (;;) {
         Progress const done = decodePiece(set, source, units, pieceUnits, true, losses);

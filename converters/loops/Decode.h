@@ -60,18 +60,21 @@ template <Decodes Codec>
     return true;
 }
 
-/// Goes on through what can't be converted and follows each other, as it does in hostile text, which must not cost much
-/// more than other text. For policies that replace, without a source limit. Out of the way of the other path, whose
-/// cursor stays in registers.
+/// Goes on from a character that could not be converted until enough have been regular: in hostile text others are near,
+/// and it must not cost much more than other text. For policies that replace, without a source limit. Out of the way of
+/// the other path, whose cursor stays in registers.
 template <Decodes Codec>
-[[gnu::noinline]] BulkDecoded<typename Codec::Element> replaceMore(Codec codec, typename Codec::Element const* src,
+[[gnu::noinline]] BulkDecoded<typename Codec::Element> decodeRough(Codec codec, typename Codec::Element const* src,
                                                                    unsigned short* dst, unsigned long room) {
-    while (room != 0 && *src != 0) {
-        Decoded const found = codec.decodeOne(Terminated{src});
-        if (found.mapped)
+    for (unsigned regular = 0; regular < regularAgain && room != 0 && *src != 0; ++regular) {
+        Decoded found = codec.decodeOne(Terminated{src});
+        if (found.units > room)
             break;
-        *dst = static_cast<unsigned short>(replacementCharacter);
-        dst += found.units;
+        if (!found.mapped) {
+            found.value = replacementCharacter;
+            regular = 0;
+        }
+        dst = writeUnits(dst, found);
         room -= found.units;
         src += found.elements;
     }
@@ -149,7 +152,7 @@ decodeAll(Codec const& codec, DecodeCursor<typename Codec::Element> at, ILLCHAR_
             if (!decodeCharacter(codec, at, found, op))
                 return at;
             if (!found.mapped)
-                at.took(replaceMore(codec, at.src, at.dst, at.room));
+                at.took(decodeRough(codec, at.src, at.dst, at.room));
         }
     }
     return at;

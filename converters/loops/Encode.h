@@ -48,17 +48,26 @@ void writeCode(Unaligned<Value, Order>* dst, std::uint64_t code, unsigned elemen
         dst[i] = static_cast<Value>(code >> 8 * sizeof(Value) * (elements - 1 - i));
 }
 
-/// Goes on with a "?" for each of the characters that can't be converted and follow each other, as they do in hostile
-/// text, which must not cost much more than other text. Out of the way of the other path, whose cursor stays in
-/// registers.
+/// Goes on from a character that could not be converted, with a "?" for each other, until enough have been regular: in
+/// hostile text others are near, and it must not cost much more than other text. Out of the way of the other path, whose
+/// cursor stays in registers.
 template <Encodes Codec>
-[[gnu::noinline]] BulkEncoded<typename Codec::Element> replaceMore(Codec codec, unsigned short const* src,
+[[gnu::noinline]] BulkEncoded<typename Codec::Element> encodeRough(Codec codec, unsigned short const* src,
                                                                    typename Codec::Element* dst, unsigned long room) {
-    for (; room != 0 && *src != 0; --room) {
-        Encoded const found = codec.encodeOne(Terminated{src});
-        if (found.mapped || found.endsText)
+    for (unsigned regular = 0; regular < regularAgain && room != 0 && *src != 0; ++regular) {
+        Encoded found = codec.encodeOne(Terminated{src});
+        for (; !found.mapped && !found.endsText; found = codec.encodeOne(Terminated{src})) {
+            *dst++ = replacementElement;
+            src += found.units;
+            regular = 0;
+            if (--room == 0 || *src == 0)
+                return {src, dst};
+        }
+        if (found.endsText || found.elements > room)
             break;
-        *dst++ = replacementElement;
+        writeCode(dst, found.code, found.elements);
+        dst += found.elements;
+        room -= found.elements;
         src += found.units;
     }
     return {src, dst};
@@ -109,7 +118,7 @@ template <Encodes Codec>
     if (op != ILLCHAR_ESCAPE) {
         *at.dst = replacementElement;
         at.took(units, 1);
-        at.took(replaceMore(codec, at.src, at.dst, at.room));
+        at.took(encodeRough(codec, at.src, at.dst, at.room));
         return true;
     }
     if (at.room < units * unitEscapeLength)

@@ -15,83 +15,160 @@ using vynulib::OnError;
 using vynulib::Progress;
 using vynulib::Status;
 
-/// What becomes of the losses of a text, and what they were so far.
-struct Losses {
+/// What becomes of a loss.
+struct LossRule {
     OnError onError = OnError::stop;
     unsigned short replacement = replacementCharacter; ///< Stands for a loss where one is replaced.
-    std::size_t before = 0;                            ///< Elements of the text that stand before the piece.
+
+    bool stops() const { return onError == OnError::stop; }
+    bool escapes() const { return onError == OnError::escape; }
+
+    /// With what stands for the loss, on the way to UTF-16.
+    Decoded replaced(Decoded found) const {
+        found.value = replacement;
+        found.units = onError == OnError::replace || escapes() ? 1 : 0;
+        return found;
+    }
+
+    /// The same on the way from UTF-16, where `code` is the replacement in the set. An escape is no code, but elements.
+    Encoded replaced(Encoded found, Encoded const& code) const {
+        found.code = code.code;
+        found.elements = onError == OnError::replace ? code.elements : escapes() ? found.units * unitEscapeLength : 0;
+        return found;
+    }
+};
+
+/// What becomes of the losses of a text, and what they were so far.
+struct Losses {
+    LossRule rule = {};
+    std::size_t before = 0; ///< Elements of the text that stand before the piece.
     vynulib::Report report = {};
 
-    /// Takes a loss that begins at `position` in the piece. False: the text ends before it.
-    bool take(std::size_t position) {
-        if (report.losses++ == 0)
-            report.firstLoss = before + position;
-        return onError != OnError::stop;
+    /// Adds so many losses, the first of which begins at `first` in the piece.
+    void add(std::size_t count, std::size_t first) {
+        if (report.losses == 0 && count != 0)
+            report.firstLoss = before + first;
+        report.losses += count;
     }
 };
 
 /// `vynulib::decode` of a piece, through all losses but with `OnError::stop`.
 template <DecodesPieces Codec>
-Progress decodePiece(Codec const& codec, std::string_view source, char16_t* dst, std::size_t room, bool last,
-                     Losses& losses) {
-    using Element = typename Codec::Element;
-    auto const* const start = reinterpret_cast<Element const*>(source.data());
-    auto const* const end = start + source.size() / sizeof(Element);
-    auto* const begin = reinterpret_cast<unsigned short*>(dst);
-    DecodeCursor<Element> at{start, begin, room};
-    bool const replaces = losses.onError == OnError::replace || losses.onError == OnError::escape;
-    Status status = Status::done;
-    std::size_t read = 0, lost = 0; // bytes
-    // False: the piece ends before what is lost.
-    auto const lose = [&](std::size_t bytes) {
-        read = static_cast<std::size_t>(at.src - start) * sizeof(Element);
-        if (replaces && at.room == 0) {
-            status = Status::roomFull;
-            return false;
+class PieceDecoder {
+public:
+    PieceDecoder(Codec const& codec, std::string_view source, bool last, Losses& losses)
+        : m_codec(codec), m_source(source), m_last(last), m_losses(losses) {}
+
+    Progress run(char16_t* dst, std::size_t room) {
+        Codec const codec = m_codec;
+        Element const* const textEnd = end();
+        auto* const begin = reinterpret_cast<unsigned short*>(dst);
+        Cursor at{start(), begin, room};
+        Turns turns;
+        while (!m_ended && at.src != textEnd) {
+            auto const ahead =
+                std::min(static_cast<std::size_t>(textEnd - at.src), at.room / Codec::maxUnitsPerElement);
+            long const taken = at.took(decodeBulk<Ample>(codec, at.src, at.src + ahead, at.dst));
+            for (unsigned left = turns.charactersAfter(taken); left != 0 && at.src != textEnd; --left) {
+                Decoded const found = decodeNext(codec, at.src, textEnd);
+                if (!found.mapped || found.cutShort || found.units > at.room) {
+                    at = decodeRough(at);
+                    break;
+                }
+                take(at, found);
+            }
         }
-        if (!losses.take(read)) {
-            status = Status::unconvertible;
-            lost = bytes;
-            return false;
-        }
-        if (replaces) {
-            *at.dst++ = losses.replacement;
-            --at.room;
-        }
-        return true;
-    };
-    // False: the piece ends before the next character.
-    auto const decodeNext = [&] {
-        auto const left = static_cast<std::size_t>(end - at.src);
-        Decoded const found = *at.src == 0 ? mappedUnit(0, 1) : codec.decodeOne(Bounded{at.src, left});
-        if (found.cutShort && !last)
-            return false;
-        if (!found.mapped) {
-            if (!lose(found.elements * sizeof(Element)))
-                return false;
-        } else if (found.units > at.room) {
-            status = Status::roomFull;
-            return false;
-        } else {
-            at.dst = writeUnits(at.dst, found);
-            at.room -= found.units;
-        }
-        at.src += found.elements;
-        return true;
-    };
-    Turns turns;
-    for (bool goesOn = true; goesOn && at.src != end;) {
-        auto const ahead = std::min(static_cast<std::size_t>(end - at.src), at.room / Codec::maxUnitsPerElement);
-        long const taken = at.took(decodeBulk<Ample>(codec, at.src, at.src + ahead, at.dst));
-        for (unsigned left = turns.charactersAfter(taken); left != 0 && goesOn && at.src != end; --left)
-            goesOn = decodeNext();
+        std::size_t read = bytesTo(at.src);
+        if (!m_ended && m_last && read != m_source.size())
+            read += takeRest(at);
+        return {m_status, read, static_cast<std::size_t>(at.dst - begin), m_lost};
     }
-    read = static_cast<std::size_t>(at.src - start) * sizeof(Element);
-    std::size_t const rest = source.size() % sizeof(Element);
-    if (at.src == end && rest != 0 && last && lose(rest))
-        read += rest;
-    return {status, read, static_cast<std::size_t>(at.dst - begin), lost};
-}
+
+private:
+    using Element = typename Codec::Element;
+    using Cursor = DecodeCursor<Element>;
+
+    Element const* start() const { return reinterpret_cast<Element const*>(m_source.data()); }
+    Element const* end() const { return start() + m_source.size() / sizeof(Element); }
+    std::size_t bytesTo(Element const* at) const { return static_cast<std::size_t>(at - start()) * sizeof(Element); }
+
+    static Decoded decodeNext(Codec const& codec, Element const* at, Element const* textEnd) {
+        return *at == 0 ? mappedUnit(0, 1) : codec.decodeOne(Bounded{at, static_cast<std::size_t>(textEnd - at)});
+    }
+
+    static void take(Cursor& at, Decoded const& found) {
+        at.dst = writeUnits(at.dst, found);
+        at.room -= found.units;
+        at.src += found.elements;
+    }
+
+    void endWith(Status status, std::size_t lost = 0) {
+        m_ended = true;
+        m_status = status;
+        m_lost = lost;
+    }
+
+    /// The literal path with all that may happen to a character, until enough have been regular. Out of the way of the
+    /// other path, whose cursor stays in registers.
+    [[gnu::noinline]] Cursor decodeRough(Cursor at) {
+        // Copies, as nothing that is written can change them.
+        Codec const codec = m_codec;
+        LossRule const rule = m_losses.rule;
+        Element const* const textEnd = end();
+        bool const last = m_last;
+        std::size_t count = 0, first = 0;
+        for (unsigned regular = 0; regular < regularAgain && at.src != textEnd; ++regular) {
+            Decoded found = decodeNext(codec, at.src, textEnd);
+            if (found.cutShort && !last) {
+                endWith(Status::done);
+                break;
+            }
+            if (!found.mapped)
+                found = rule.replaced(found);
+            if (found.units > at.room) {
+                endWith(Status::roomFull);
+                break;
+            }
+            if (!found.mapped) {
+                if (count++ == 0)
+                    first = bytesTo(at.src);
+                if (rule.stops()) {
+                    endWith(Status::unconvertible, found.elements * sizeof(Element));
+                    break;
+                }
+                regular = 0;
+            }
+            take(at, found);
+        }
+        m_losses.add(count, first);
+        return at;
+    }
+
+    /// Takes the bytes at the end of the text that are no element, as one loss. Returns how many were read.
+    std::size_t takeRest(Cursor& at) {
+        std::size_t const rest = m_source.size() % sizeof(Element);
+        Decoded const found = m_losses.rule.replaced(unmapped(0));
+        if (found.units > at.room) {
+            endWith(Status::roomFull);
+            return 0;
+        }
+        m_losses.add(1, bytesTo(at.src));
+        if (m_losses.rule.stops()) {
+            endWith(Status::unconvertible, rest);
+            return 0;
+        }
+        take(at, found);
+        return rest;
+    }
+
+    Codec m_codec;
+    std::string_view m_source;
+    bool m_last;
+    Losses& m_losses;
+    bool m_ended = false;
+    Status m_status = Status::done;
+    std::size_t m_lost = 0; // bytes
+};
 
 /// What the codec says of the character at the start of `text`. A surrogate is one only with its other half.
 template <EncodesPieces Codec>
@@ -106,73 +183,105 @@ Encoded encodeStrictly(Codec const& codec, Bounded<unsigned short> text) {
     return found.units == 2 ? found : unmappedUnits(2);
 }
 
-/// Writes what stands for so many lost units. False: it does not fit.
-template <EncodesPieces Codec>
-bool writeLost(Codec const& codec, EncodeCursor<typename Codec::Element>& at, unsigned units, Losses const& losses) {
-    if (losses.onError == OnError::replace) {
-        Encoded const found = codec.encodeOne(Bounded{&losses.replacement, 1});
-        if (found.elements > at.room)
-            return false;
-        writeCode(at.dst, found.code, found.elements);
-        at.took(0, found.elements);
-    } else if (losses.onError == OnError::escape) {
-        if (at.room < units * unitEscapeLength)
-            return false;
-        for (unsigned i = 0; i < units; ++i)
-            writeUnitEscape(at.dst + i * unitEscapeLength, at.src[i]);
-        at.took(0, units * unitEscapeLength);
-    }
-    return true;
-}
-
 /// `vynulib::encode` of a piece, through all losses but with `OnError::stop`.
 template <EncodesPieces Codec>
-Progress encodePiece(Codec const& codec, std::u16string_view source, char* dst, std::size_t room, bool last,
-                     Losses& losses) {
-    using Element = typename Codec::Element;
-    auto const* const start = reinterpret_cast<unsigned short const*>(source.data());
-    auto const* const end = start + source.size();
-    auto* const begin = reinterpret_cast<Element*>(dst);
-    EncodeCursor<Element> at{start, begin, room / sizeof(Element)};
-    Status status = Status::done;
-    std::size_t lost = 0; // units
-    // False: the piece ends before the next character.
-    auto const encodeNext = [&] {
-        auto const left = static_cast<std::size_t>(end - at.src);
-        Encoded found = codec.encodeOne(Bounded{at.src, left});
-        if (!found.mapped) {
-            found = encodeStrictly(codec, {at.src, left});
-            if (found.cutShort && !last)
-                return false;
+class PieceEncoder {
+public:
+    PieceEncoder(Codec const& codec, std::u16string_view source, bool last, Losses& losses)
+        : m_codec(codec), m_source(source), m_last(last), m_losses(losses) {}
+
+    Progress run(char* dst, std::size_t room) {
+        Codec const codec = m_codec;
+        unsigned short const* const textEnd = end();
+        auto* const begin = reinterpret_cast<Element*>(dst);
+        Cursor at{start(), begin, room / sizeof(Element)};
+        Turns turns;
+        while (!m_ended && at.src != textEnd) {
+            // A bulk form may touch the room for a terminator, which is none here.
+            std::size_t const bulkRoom = std::max(at.room, std::size_t{1}) - 1;
+            auto const ahead =
+                std::min(static_cast<std::size_t>(textEnd - at.src), bulkRoom / Codec::maxElementsPerUnit);
+            long const taken = at.took(encodeBulk(codec, at.src, at.src + ahead, at.dst));
+            for (unsigned left = turns.charactersAfter(taken); left != 0 && at.src != textEnd; --left) {
+                Encoded const found = codec.encodeOne(Bounded{at.src, static_cast<std::size_t>(textEnd - at.src)});
+                if (!found.mapped || found.elements > at.room) {
+                    at = encodeRough(at);
+                    break;
+                }
+                writeCode(at.dst, found.code, found.elements);
+                at.took(found.units, found.elements);
+            }
         }
-        if (found.mapped && found.elements <= at.room) {
-            writeCode(at.dst, found.code, found.elements);
-            at.took(found.units, found.elements);
-            return true;
-        }
-        if (found.mapped || !writeLost(codec, at, found.units, losses)) {
-            status = Status::roomFull;
-            return false;
-        }
-        if (!losses.take(static_cast<std::size_t>(at.src - start))) {
-            status = Status::unconvertible;
-            lost = found.units;
-            return false;
-        }
-        at.took(found.units, 0);
-        return true;
-    };
-    Turns turns;
-    for (bool goesOn = true; goesOn && at.src != end;) {
-        // A bulk form may touch the room for a terminator, which is none here.
-        std::size_t const bulkRoom = std::max(at.room, std::size_t{1}) - 1;
-        auto const ahead = std::min(static_cast<std::size_t>(end - at.src), bulkRoom / Codec::maxElementsPerUnit);
-        long const taken = at.took(encodeBulk(codec, at.src, at.src + ahead, at.dst));
-        for (unsigned left = turns.charactersAfter(taken); left != 0 && goesOn && at.src != end; --left)
-            goesOn = encodeNext();
+        auto const written = static_cast<std::size_t>(at.dst - begin) * sizeof(Element);
+        return {m_status, static_cast<std::size_t>(at.src - start()), written, m_lost};
     }
-    auto const written = static_cast<std::size_t>(at.dst - begin) * sizeof(Element);
-    return {status, static_cast<std::size_t>(at.src - start), written, lost};
-}
+
+private:
+    using Element = typename Codec::Element;
+    using Cursor = EncodeCursor<Element>;
+
+    unsigned short const* start() const { return reinterpret_cast<unsigned short const*>(m_source.data()); }
+    unsigned short const* end() const { return start() + m_source.size(); }
+
+    void endWith(Status status, std::size_t lost = 0) {
+        m_ended = true;
+        m_status = status;
+        m_lost = lost;
+    }
+
+    /// The literal path with all that may happen to a character, until enough have been regular. Out of the way of the
+    /// other path, whose cursor stays in registers.
+    [[gnu::noinline]] Cursor encodeRough(Cursor at) {
+        // Copies, as nothing that is written can change them.
+        Codec const codec = m_codec;
+        LossRule const rule = m_losses.rule;
+        Encoded const replacement = codec.encodeOne(Bounded{&rule.replacement, 1});
+        unsigned short const* const textEnd = end();
+        bool const last = m_last;
+        std::size_t count = 0, first = 0;
+        for (unsigned regular = 0; regular < regularAgain && at.src != textEnd; ++regular) {
+            Encoded found = encodeStrictly(codec, Bounded{at.src, static_cast<std::size_t>(textEnd - at.src)});
+            if (found.cutShort && !last) {
+                endWith(Status::done);
+                break;
+            }
+            if (!found.mapped)
+                found = rule.replaced(found, replacement);
+            if (found.elements > at.room) {
+                endWith(Status::roomFull);
+                break;
+            }
+            if (!found.mapped) {
+                if (count++ == 0)
+                    first = static_cast<std::size_t>(at.src - start());
+                if (rule.stops()) {
+                    endWith(Status::unconvertible, found.units);
+                    break;
+                }
+                regular = 0;
+            }
+            if (!found.mapped && rule.escapes())
+                writeEscapes(at, found.units);
+            else if (found.elements != 0)
+                writeCode(at.dst, found.code, found.elements);
+            at.took(found.units, found.elements);
+        }
+        m_losses.add(count, first);
+        return at;
+    }
+
+    static void writeEscapes(Cursor const& at, unsigned units) {
+        for (unsigned i = 0; i < units; ++i)
+            writeUnitEscape(at.dst + i * unitEscapeLength, at.src[i]);
+    }
+
+    Codec m_codec;
+    std::u16string_view m_source;
+    bool m_last;
+    Losses& m_losses;
+    bool m_ended = false;
+    Status m_status = Status::done;
+    std::size_t m_lost = 0; // units
+};
 
 } // namespace vyn

@@ -59,6 +59,9 @@ private:
     unsigned m_characters = fewest;
 };
 
+/// Regular characters that follow each other before a text counts as regular again after one that could not be converted.
+constexpr unsigned regularAgain = 16;
+
 /// How far a bulk form made of single steps goes between two looks for a run of ASCII.
 constexpr long elementsBetweenAscii = 64;
 
