@@ -28,7 +28,11 @@ constexpr bool isFourByteHead(std::uint32_t head) {
 constexpr bool isStrict(unsigned value, unsigned bytes) {
     if (bytes == 2)
         return value >= 0x80;
-    return bytes == 3 ? value >= 0x800 && !isSurrogate(value) : value > maxBmpValue && value <= maxScalarValue;
+    if (bytes == 4)
+        return value > maxBmpValue && value <= maxScalarValue;
+    // Two of the 32 blocks of 0x800 values: overlong forms and surrogates. One test for both.
+    constexpr unsigned refused = 1U << 0 | 1U << (0xD800 >> 11);
+    return (refused >> (value >> 11) & 1) == 0;
 }
 
 /// Four sequences of two bytes, in one word, become four units. Returns the sequences that it took, in fours.
@@ -39,7 +43,8 @@ long decodeTwoByteBlocks(unsigned char const* src, unsigned char const* end, uns
         std::uint64_t const bytes = wordAt(src + 2 * taken);
         if ((bytes & 0xC0E0 * inEachUnit) != 0x80C0 * inEachUnit)
             break;
-        if (Rules == Utf8Rules::strict && hasZeroUnit(bytes & 0x1E * inEachUnit)) // C0 or C1
+        // C0 or C1, which has no bit of 1E: 1 can't be subtracted from it.
+        if (Rules == Utf8Rules::strict && (((bytes & 0x1E * inEachUnit) - inEachUnit) & 0x8000 * inEachUnit) != 0)
             break;
         std::uint64_t const units = (bytes & 0x1F * inEachUnit) << 6 | (bytes >> 8 & 0x3F * inEachUnit);
         std::memcpy(dst + taken, &units, sizeof units);

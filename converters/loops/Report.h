@@ -59,7 +59,7 @@ public:
     PieceDecoder(Codec const& codec, std::string_view source, bool last, Losses& losses)
         : m_codec(codec), m_source(source), m_last(last), m_losses(losses) {}
 
-    Progress run(char16_t* dst, std::size_t room) {
+    [[gnu::always_inline]] Progress run(char16_t* dst, std::size_t room) {
         Codec const codec = m_codec;
         Element const* const textEnd = end();
         auto* const begin = reinterpret_cast<unsigned short*>(dst);
@@ -190,7 +190,7 @@ public:
     PieceEncoder(Codec const& codec, std::u16string_view source, bool last, Losses& losses)
         : m_codec(codec), m_source(source), m_last(last), m_losses(losses) {}
 
-    Progress run(char* dst, std::size_t room) {
+    [[gnu::always_inline]] Progress run(char* dst, std::size_t room) {
         Codec const codec = m_codec;
         unsigned short const* const textEnd = end();
         auto* const begin = reinterpret_cast<Element*>(dst);
