@@ -79,8 +79,10 @@ struct Report {
     std::size_t firstLoss = std::string_view::npos; ///< Where the first one begins, in elements of the source.
 };
 
-/// Converts one piece of a text from one set to another, as `decode` and `encode` of a piece do, and goes on through its
-/// losses but with `stop`: only then it comes back with `unconvertible`. Writes at most `room` bytes to `dst`.
+/// Converts one piece of a text from one set to another and goes on through its losses, unless `onError` is `stop`: only
+/// then does it come back with `unconvertible`. Writes at most `room` bytes to `dst`, each character, replacement and escape
+/// whole or not at all; `last` as above. `report` tells what this piece lost, by places in it. Pieces cut anywhere give what
+/// the whole gives.
 VYNULIB_API Progress transcode(VynCharSet from, VynCharSet to, std::string_view source, char* dst, std::size_t room,
                                bool last, OnError onError = OnError::stop, Report* report = nullptr);
 

@@ -9,6 +9,7 @@
 #include <unicode/ucnv.h>
 
 #include <algorithm>
+#include <array>
 #include <memory>
 
 namespace {
@@ -107,9 +108,16 @@ TEST_P(StrictDifferential, FindsTheSameFirstLossInRandomText) {
     TestRandom random;
     SCOPED_TRACE(random.seed());
     for (int round = 0; round < 20000 && !HasFatalFailure(); ++round) {
-        std::string bytes = round % 2 == 0 ? std::string(random.below(20), 'a') : "";
+        std::string bytes;
+        auto const fill = [&] { // with what is converted in blocks
+            char const* const filler = std::array{"", "a", "\xC3\xA9", "\xE6\x97\xA5"}[random.below(4)];
+            for (unsigned i = random.below(12); i != 0; --i)
+                bytes += filler;
+        };
+        fill();
         for (unsigned i = random.below(8); i != 0; --i)
             bytes += GetParam().elements[random.below(GetParam().elements.size())];
+        fill();
         if (round % 4 == 0)
             for (char& byte : bytes)
                 byte = static_cast<char>(random.below(256));
