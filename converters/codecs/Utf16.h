@@ -8,7 +8,7 @@ namespace vyn {
 
 /// UTF-16 in either byte order, for texts with a length: a surrogate is a character only with its other half.
 template <std::endian Order>
-struct StrictUtf16Codec {
+struct StrictUtf16Codec : PlainUnitBlocks<Unit16<Order>> {
     using Element = Unit16<Order>;
     static constexpr unsigned maxUnitsPerElement = 1;
     static constexpr unsigned maxElementsPerUnit = 1;
@@ -32,15 +32,6 @@ struct StrictUtf16Codec {
         if (!text.has(1) || !isLowSurrogate(text[1]))
             return unmappedUnits(1, !text.has(1));
         return mappedCode(std::uint64_t{text[0]} << 16 | text[1], 2, 2);
-    }
-
-    BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
-        long const moved = movePlainUnits(src, end, dst);
-        return {src + moved, dst + moved};
-    }
-    BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) const {
-        long const moved = movePlainUnits(src, end, dst);
-        return {src + moved, dst + moved};
     }
 };
 

@@ -33,7 +33,7 @@ static_assert(Decodes<Utf32Codec> && Encodes<Utf32Codec> && CountsUnits<Utf32Cod
 
 /// UTF-32 in either byte order, for texts with a length: characters only.
 template <std::endian Order>
-struct StrictUtf32Codec : Utf32Codec {
+struct StrictUtf32Codec : Utf32Codec, PlainUnitBlocks<Value32<Order>> {
     using Element = Value32<Order>;
 
     Decoded decodeOne(auto text) const {
@@ -43,15 +43,6 @@ struct StrictUtf32Codec : Utf32Codec {
 
     Encoded encodeOne(auto text) const {
         return isLowSurrogate(text[0]) ? unmappedUnits(1) : Utf32Codec::encodeOne(text);
-    }
-
-    BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
-        long const moved = movePlainUnits(src, end, dst);
-        return {src + moved, dst + moved};
-    }
-    BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) const {
-        long const moved = movePlainUnits(src, end, dst);
-        return {src + moved, dst + moved};
     }
 };
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Surrogates.h"
+#include "converters/loops/Codec.h"
 
 namespace vyn {
 
@@ -25,5 +26,18 @@ long movePlainUnits(Source const* src, Source const* end, Target* __restrict dst
     }
     return moved;
 }
+
+/// The bulk forms of a codec whose elements hold units, or values, as they are.
+template <class Element>
+struct PlainUnitBlocks {
+    static BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) {
+        long const moved = movePlainUnits(src, end, dst);
+        return {src + moved, dst + moved};
+    }
+    static BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) {
+        long const moved = movePlainUnits(src, end, dst);
+        return {src + moved, dst + moved};
+    }
+};
 
 } // namespace vyn

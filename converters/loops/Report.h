@@ -52,12 +52,30 @@ struct Losses {
     }
 };
 
+/// How a piece ends, either way.
+class PieceEnd {
+protected:
+    PieceEnd(bool last, Losses& losses) : m_last(last), m_losses(losses) {}
+
+    void endWith(Status status, std::size_t lost = 0) {
+        m_ended = true;
+        m_status = status;
+        m_lost = lost;
+    }
+
+    bool m_last; // no piece follows
+    Losses& m_losses;
+    bool m_ended = false; // before the end of the piece
+    Status m_status = Status::done;
+    std::size_t m_lost = 0; // elements of the source
+};
+
 /// `vynulib::decode` of a piece, through all losses but with `OnError::stop`.
 template <DecodesPieces Codec>
-class PieceDecoder {
+class PieceDecoder : PieceEnd {
 public:
     PieceDecoder(Codec const& codec, std::string_view source, bool last, Losses& losses)
-        : m_codec(codec), m_source(source), m_last(last), m_losses(losses) {}
+        : PieceEnd(last, losses), m_codec(codec), m_source(source) {}
 
     [[gnu::always_inline]] Progress run(char16_t* dst, std::size_t room) {
         Codec const codec = m_codec;
@@ -100,12 +118,6 @@ private:
         at.dst = writeUnits(at.dst, found);
         at.room -= found.units;
         at.src += found.elements;
-    }
-
-    void endWith(Status status, std::size_t lost = 0) {
-        m_ended = true;
-        m_status = status;
-        m_lost = lost;
     }
 
     /// The literal path with all that may happen to a character, until enough have been regular. Out of the way of the
@@ -163,11 +175,6 @@ private:
 
     Codec m_codec;
     std::string_view m_source;
-    bool m_last;
-    Losses& m_losses;
-    bool m_ended = false;
-    Status m_status = Status::done;
-    std::size_t m_lost = 0; // bytes
 };
 
 /// What the codec says of the character at the start of `text`. A surrogate is one only with its other half.
@@ -185,10 +192,10 @@ Encoded encodeStrictly(Codec const& codec, Bounded<unsigned short> text) {
 
 /// `vynulib::encode` of a piece, through all losses but with `OnError::stop`.
 template <EncodesPieces Codec>
-class PieceEncoder {
+class PieceEncoder : PieceEnd {
 public:
     PieceEncoder(Codec const& codec, std::u16string_view source, bool last, Losses& losses)
-        : m_codec(codec), m_source(source), m_last(last), m_losses(losses) {}
+        : PieceEnd(last, losses), m_codec(codec), m_source(source) {}
 
     [[gnu::always_inline]] Progress run(char* dst, std::size_t room) {
         Codec const codec = m_codec;
@@ -222,12 +229,6 @@ private:
 
     unsigned short const* start() const { return reinterpret_cast<unsigned short const*>(m_source.data()); }
     unsigned short const* end() const { return start() + m_source.size(); }
-
-    void endWith(Status status, std::size_t lost = 0) {
-        m_ended = true;
-        m_status = status;
-        m_lost = lost;
-    }
 
     /// The literal path with all that may happen to a character, until enough have been regular. Out of the way of the
     /// other path, whose cursor stays in registers.
@@ -277,11 +278,6 @@ private:
 
     Codec m_codec;
     std::u16string_view m_source;
-    bool m_last;
-    Losses& m_losses;
-    bool m_ended = false;
-    Status m_status = Status::done;
-    std::size_t m_lost = 0; // units
 };
 
 } // namespace vyn
