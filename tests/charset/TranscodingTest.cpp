@@ -331,6 +331,22 @@ TEST(Transcoding, TakesTheNamedSequences) {
     }
 }
 
+// The examples in the Unicode standard, in "U+FFFD Substitution of Maximal Subparts".
+TEST(Transcoding, ReplacesMaximalSubparts) {
+    std::pair<char const*, char16_t const*> const rows[] = {
+        {"\x61\xF1\x80\x80\xE1\x80\xC2\x62\x80\x63\x80\xBF\x64", u"a???b?c??d"},
+        {"\xC0\xAF\xE0\x80\xBF\xF0\x81\x82\x41", u"????????A"},
+        {"\xED\xA0\x80\xED\xBF\xBF\xED\xAF\x41", u"????????A"},
+        {"\xF4\x91\x92\x93\xFF\x41\x80\xBF\x42", u"?????A??B"},
+        {"\xE1\x80\xE2\xF0\x91\x92\xF1\xBF\x41", u"????A"},
+    };
+    for (auto const& [bytes, expected] : rows) {
+        Units units = expected;
+        std::ranges::replace(units, u'?', u'\uFFFD');
+        EXPECT_EQ(vynulib::decode(VYNCS_UTF8, bytes), units) << testing::PrintToString(bytes);
+    }
+}
+
 TEST(Transcoding, LooksAtWhatFollowsAFullRoom) {
     char16_t units[2];
     char bytes[4];
