@@ -87,23 +87,25 @@ void encodeStrictly(benchmark::State& state, Units const& target) {
     measure(state, [&] { return vynulib::encode(target.cs, text); });
 }
 
-template <class Row, class Run>
-void add(char const* kind, Row const& row, Run run) {
-    benchmark::RegisterBenchmark((std::string(kind) + '/' + row.name).c_str(),
-                                 [&row, run](benchmark::State& state) { run(state, row); });
-}
+template <class Row>
+struct Side {
+    char const* name;
+    void (*run)(benchmark::State&, Row const&);
+};
+constexpr Side<Bytes> decoders[] = {{"decode/vynulib/", decode}, {"decode/strict/", decodeStrictly}};
+constexpr Side<Units> encoders[] = {{"encode/vynulib/", encode}, {"encode/strict/", encodeStrictly}};
 
 } // namespace
 
 int main(int argc, char** argv) {
-    for (Bytes const& source : sources) {
-        add("decode/vynulib", source, decode);
-        add("decode/strict", source, decodeStrictly);
-    }
-    for (Units const& target : targets) {
-        add("encode/vynulib", target, encode);
-        add("encode/strict", target, encodeStrictly);
-    }
+    for (Bytes const& source : sources)
+        for (Side<Bytes> const& side : decoders)
+            benchmark::RegisterBenchmark((std::string(side.name) + source.name).c_str(),
+                                         [&](benchmark::State& state) { side.run(state, source); });
+    for (Units const& target : targets)
+        for (Side<Units> const& side : encoders)
+            benchmark::RegisterBenchmark((std::string(side.name) + target.name).c_str(),
+                                         [&](benchmark::State& state) { side.run(state, target); });
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -123,8 +123,8 @@ private:
 
     constexpr bool fill() {
         std::fill(std::begin(m_places), std::end(m_places), static_cast<unsigned char>(0));
-        for (unsigned char place = 0; place < servedSets.size(); ++place)
-            m_places[slotOf(servedSets[place].cs)] = place;
+        for (std::size_t place = 0; place < servedSets.size(); ++place)
+            m_places[slotOf(servedSets[place].cs)] = static_cast<unsigned char>(place);
         return std::all_of(servedSets.begin(), servedSets.end(),
                            [this](vyn::ServedSet const& set) { return &find(set.cs) == &set; });
     }

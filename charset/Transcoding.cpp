@@ -44,9 +44,10 @@ std::size_t mostUnits(ServedSet const& from, std::size_t bytes) {
 
 /// Bytes that a unit becomes at most, as a character or as a part of a loss.
 std::size_t mostBytesPerUnit(ServedSet const& to, OnError onError) {
-    unsigned const elements = to.operations->maxElementsPerUnit;
-    return to.operations->elementSize *
-           (onError == OnError::escape ? std::max(elements, vyn::unitEscapeLength) : elements);
+    std::size_t const elements = to.operations->maxElementsPerUnit;
+    std::size_t const most =
+        onError == OnError::escape ? std::max<std::size_t>(elements, vyn::unitEscapeLength) : elements;
+    return most * to.operations->elementSize;
 }
 
 /// What `convert(at, dst, room)` makes of a text of `size` elements, from element `at` on. It gets room for `step` elements

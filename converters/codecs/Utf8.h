@@ -95,12 +95,13 @@ static_assert(ReplacesPairsOutOfRoom<Utf8Codec> && TakesEscapeToll<Utf8Codec>);
 /// For texts with a length: Unicode's well-formed sequences only. An ill-formed one is as long as its maximal subpart, the
 /// bytes that could begin a well-formed one.
 struct StrictUtf8Codec : Utf8Codec {
+    static constexpr bool isLone(unsigned byte) { return byte < 0xC2 || byte > 0xF4; }
+    static constexpr unsigned lostLone(unsigned byte) { return byte >> 7; }
+
     Decoded decodeOne(auto text) const {
         unsigned const lead = text[0];
-        if (lead < 0x80)
-            return mappedUnit(lead, 1);
-        if (lead < 0xC2 || lead > 0xF4)
-            return unmapped(1);
+        if (isLone(lead))
+            return lostLone(lead) == 0 ? mappedUnit(lead, 1) : unmapped(1);
         unsigned const trails = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
         // The second byte is what keeps overlong forms, surrogates and values above U+10FFFF out.
         unsigned low = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
@@ -130,7 +131,7 @@ struct StrictUtf8Codec : Utf8Codec {
     }
 };
 
-static_assert(DecodesPieces<StrictUtf8Codec> && EncodesPieces<StrictUtf8Codec>);
+static_assert(DecodesPieces<StrictUtf8Codec> && EncodesPieces<StrictUtf8Codec> && HasLoneElements<StrictUtf8Codec>);
 static_assert(DecodesBlocks<StrictUtf8Codec> && EncodesBlocks<StrictUtf8Codec>);
 
 } // namespace vyn

@@ -134,6 +134,13 @@ concept DecodesPieces = requires(Codec const& codec, Bounded<typename Codec::Ele
     requires std::same_as<decltype(Codec::maxUnitsPerElement), unsigned const>;
 };
 
+/// Knows elements that are characters, or losses, by themselves, whatever follows them.
+template <class Codec>
+concept HasLoneElements = requires(typename Codec::Element element) {
+    { Codec::isLone(element) } -> std::same_as<bool>;
+    { Codec::lostLone(element) } -> std::same_as<unsigned>; ///< 1 for a loss, 0 for a character, whose unit it is.
+};
+
 /// The rule of one character from UTF-16.
 template <class Codec>
 concept Encodes = requires(Codec const& codec, Terminated<unsigned short> terminated, Limited<unsigned short> limited) {

@@ -151,9 +151,33 @@ private:
                 regular = 0;
             }
             take(at, found);
+            if constexpr (HasLoneElements<Codec>)
+                if (!found.mapped)
+                    count += takeLone(at, textEnd, rule);
         }
         m_losses.add(count, first);
         return at;
+    }
+
+    /// Takes lone elements until enough of them have been regular; returns how many were lost. Without a branch on that:
+    /// where losses follow no pattern, each would be a wrong guess half of the time.
+    static std::size_t takeLone(Cursor& at, Element const* textEnd, LossRule rule) {
+        Decoded const loss = rule.replaced(unmapped(1));
+        std::size_t count = 0;
+        for (unsigned regular = 0; regular < regularAgain && at.room != 0 && at.src != textEnd; ++at.src) {
+            Element const element = *at.src;
+            if (!Codec::isLone(element))
+                break;
+            unsigned const lost = Codec::lostLone(element);
+            unsigned const mapped = lost - 1; // as a mask
+            *at.dst = static_cast<unsigned short>((element & mapped) | (loss.value & ~mapped));
+            unsigned const units = (1 & mapped) | (loss.units & ~mapped);
+            at.dst += units;
+            at.room -= units;
+            regular = (regular + 1) & mapped;
+            count += lost;
+        }
+        return count;
     }
 
     /// Takes the bytes at the end of the text that are no element, as one loss. Returns how many were read.
