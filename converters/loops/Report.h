@@ -234,7 +234,8 @@ public:
                 std::min(static_cast<std::size_t>(textEnd - at.src), bulkRoom / Codec::maxElementsPerUnit);
             long const taken = at.took(encodeBulk(codec, at.src, at.src + ahead, at.dst));
             for (unsigned left = turns.charactersAfter(taken); left != 0 && at.src != textEnd; --left) {
-                Encoded const found = codec.encodeOne(Bounded{at.src, static_cast<std::size_t>(textEnd - at.src)});
+                Bounded const text{at.src, static_cast<std::size_t>(textEnd - at.src)};
+                Encoded const found = text[0] == 0 ? mappedCode(0, 1, 1) : codec.encodeOne(text);
                 if (!found.mapped || found.elements > at.room) {
                     at = encodeRough(at);
                     break;
