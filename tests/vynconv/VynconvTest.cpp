@@ -196,8 +196,8 @@ TEST_F(Vynconv, ConvertsAndReports) {
         EXPECT_NE(got.err.find(c.err), std::string::npos) << got.err;
         EXPECT_EQ(got.err.empty(), *c.err == 0) << got.err;
     }
-    EXPECT_EQ(run({"missing\n\x1B[1m\xC2\xB5"}).err,
-              "vynconv: can't open missing\\x0A\\x1B[1m\u00B5: No such file or directory\n");
+    EXPECT_EQ(run({"missing\n\x1B[1m\xC2\xB5\xC2\x9B"}).err,
+              "vynconv: can't open missing\\x0A\\x1B[1m\u00B5\\xC2\\x9B: No such file or directory\n");
 }
 
 // The first file that the command opens would get the number of a closed descriptor.

@@ -17,15 +17,19 @@ void appendHexadecimal(std::string& text, unsigned char byte) {
 
 std::string printable(std::string_view text) {
     bool const utf8 = vynulib::isValid(VYNCS_UTF8, text);
+    // The controls from U+0080 on, whose two bytes are C2 and their number.
+    auto const isC1 = [&](std::size_t at) {
+        return at + 1 < text.size() && text[at] == '\xC2' && (text[at + 1] & 0xE0) == 0x80;
+    };
     std::string shown;
-    for (char const c : text) {
-        auto const byte = static_cast<unsigned char>(c);
-        bool const control = byte < ' ' || byte == 0x7F || (byte > 0x7F && !utf8);
-        if (control) {
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        auto const byte = static_cast<unsigned char>(text[i]);
+        bool const control = byte < ' ' || byte == 0x7F || isC1(i) || (i != 0 && isC1(i - 1));
+        if (control || (byte > 0x7F && !utf8)) {
             shown += "\\x";
             appendHexadecimal(shown, byte);
         } else {
-            shown += c;
+            shown += text[i];
         }
     }
     return shown;
