@@ -2,7 +2,8 @@
 
 namespace vyn {
 
-/// The units before the first zero unit of `text`, at most `maxUnits`. Reads no unit behind either.
+/// The units before the first zero unit of `text`, at most `maxUnits`. Of what lies before `text`, and after that unit or
+/// the bound, it reads only what the same aligned stretch holds, and nothing where reads are watched (`readsAreChecked`).
 unsigned long unitLength(unsigned short const* text, unsigned long maxUnits) noexcept;
 
 } // namespace vyn

@@ -212,21 +212,20 @@ std::string encode(VynCharSet to, std::u16string_view source, OnError onError, R
 std::string transcode(VynCharSet from, VynCharSet to, std::string_view source, OnError onError, Report* report) {
     ServedSet const& fromSet = vyn::requireServedSet(from);
     ServedSet const& toSet = vyn::requireServedSet(to);
-    Report losses;
+    Losses losses;
     auto const most = [&](std::size_t rest) {
         return saturatedProduct(mostUnits(fromSet, rest), mostBytesPerUnit(toSet, onError));
     };
     auto const convert = [&](std::size_t at, char* dst, std::size_t room) {
         Transcoding piece(fromSet, toSet, source.substr(at), true, onError);
         Progress const done = piece.run(dst, room, pieceUnits / 2); // the rest of the room is not worth a smaller piece
-        if (losses.losses == 0 && piece.report().losses != 0)
-            losses.firstLoss = at + piece.report().firstLoss;
-        losses.losses += piece.report().losses;
+        losses.before = at;
+        losses.add(piece.report().losses, piece.report().firstLoss);
         return done;
     };
     std::size_t const longStep = 2 * pieceUnits * mostBytesPerUnit(toSet, onError);
     auto result = convertWhole<std::string>(source.size(), longStep, most, convert);
-    tell(report, losses);
+    tell(report, losses.report);
     return result;
 }
 
