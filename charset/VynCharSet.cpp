@@ -2,8 +2,8 @@
 
 #include "base/ScratchUnits.h"
 #include "base/UnitEscape.h"
-#include "base/UnitScan.h"
 #include "converters/codecs/Utf8.h"
+#include "converters/kernels/UnitScan.h"
 #include "converters/loops/Encode.h"
 
 #include <vynulib/CharSetConverterManager.h>

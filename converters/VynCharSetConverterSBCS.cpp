@@ -1,8 +1,8 @@
 #include <vynulib/VynCharSetConverterSBCS.h>
 
 #include "base/LazyBuilder.h"
-#include "base/UnitScan.h"
 #include "converters/codecs/SingleByte.h"
+#include "converters/kernels/UnitScan.h"
 #include "converters/loops/Decode.h"
 #include "converters/loops/Encode.h"
 

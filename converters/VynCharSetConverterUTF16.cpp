@@ -1,6 +1,6 @@
 #include <vynulib/VynCharSetConverterUTF16.h>
 
-#include "base/UnitScan.h"
+#include "converters/kernels/UnitScan.h"
 
 #include <algorithm>
 #include <cstdint>

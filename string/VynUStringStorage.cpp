@@ -3,7 +3,7 @@
 #include <vynulib/VynCharSetConverter.h>
 
 #include "base/PaddedBytes.h"
-#include "base/UnitScan.h"
+#include "converters/kernels/UnitScan.h"
 #include "string/Draft.h"
 
 #include <algorithm>

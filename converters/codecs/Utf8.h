@@ -66,10 +66,10 @@ struct Utf8Codec {
     }
 
     BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
-        return decodeUtf8Blocks<Utf8Rules::lenient>(src, end, dst);
+        return decodeUtf8Bulk<Utf8Rules::lenient>(src, end, dst);
     }
     BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) const {
-        return encodeUtf8Blocks<Utf8Rules::lenient>(src, end, dst);
+        return encodeUtf8Bulk<Utf8Rules::lenient>(src, end, dst);
     }
 
 private:
@@ -124,10 +124,10 @@ struct StrictUtf8Codec : Utf8Codec {
     }
 
     BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
-        return decodeUtf8Blocks<Utf8Rules::strict>(src, end, dst);
+        return decodeUtf8Bulk<Utf8Rules::strict>(src, end, dst);
     }
     BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) const {
-        return encodeUtf8Blocks<Utf8Rules::strict>(src, end, dst);
+        return encodeUtf8Bulk<Utf8Rules::strict>(src, end, dst);
     }
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Surrogates.h"
-#include "converters/loops/Codec.h"
+#include "converters/kernels/Bulk.h"
 
 namespace vyn {
 

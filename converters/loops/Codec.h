@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/UnitEscape.h"
+#include "converters/kernels/Bulk.h"
 #include "converters/loops/Text.h"
 
 #include <concepts>
@@ -40,19 +41,6 @@ struct Encoded {
 struct Counted {
     unsigned elements;
     unsigned units;
-};
-
-/// How far a bulk form came.
-template <class Element>
-struct BulkDecoded {
-    Element const* src;
-    unsigned short* dst;
-    bool sawIllegal = false;
-};
-template <class Element>
-struct BulkEncoded {
-    unsigned short const* src;
-    Element* dst;
 };
 
 /// What an escape takes along: units of the source, and room.

@@ -66,7 +66,8 @@ template <Decodes Codec>
 template <Decodes Codec>
 [[gnu::noinline]] BulkDecoded<typename Codec::Element> decodeRough(Codec codec, typename Codec::Element const* src,
                                                                    unsigned short* dst, unsigned long room) {
-    for (unsigned regular = 0; regular < regularAgain && room != 0 && *src != 0; ++regular) {
+    unsigned left = roughAtMost;
+    for (unsigned regular = 0; regular < regularAgain && left != 0 && room != 0 && *src != 0; ++regular, --left) {
         Decoded found = codec.decodeOne(Terminated{src});
         if (found.units > room)
             break;
@@ -147,6 +148,8 @@ decodeAll(Codec const& codec, DecodeCursor<typename Codec::Element> at, ILLCHAR_
             taken = at.took(decodeBulk<TerminatedLater>(codec, at.src, at.src + ahead, at.dst));
             if (!at.hasMore())
                 break;
+            if (tookLongRun(taken, ahead))
+                continue;
         }
         for (unsigned left = turns.charactersAfter(taken); left != 0 && at.hasMore(); --left) {
             if (!decodeCharacter(codec, at, found, op))

@@ -176,6 +176,8 @@ unsigned long encodeText(CodecOf codecOf, void* dst, unsigned short const* src, 
             taken = at.took(encodeBulk(codec, at.src, at.src + ahead, at.dst));
             if (!at.hasMore())
                 break;
+            if (tookLongRun(taken, ahead))
+                continue;
         }
         for (unsigned left = turns.charactersAfter(taken); left != 0 && goesOn && at.hasMore(); --left)
             goesOn = encodeCharacter(codec, at, op);

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/CheckedReads.h"
-#include "base/UnitScan.h"
+#include "converters/kernels/UnitScan.h"
 #include "converters/loops/Text.h"
 
 #include <vynulib/VynCharSetConverter.h>
@@ -18,6 +18,8 @@ inline unsigned long lengthWithin(unsigned short const* text, unsigned long most
     return unitLength(text, most);
 }
 
+constexpr unsigned long longestCharacter = 4; ///< In elements, of those that bulk forms take.
+
 /// The stretch ahead of a read position that is known to hold no terminator. It stays known across irregular
 /// characters, so that each element is scanned once.
 ///
@@ -33,9 +35,14 @@ public:
     unsigned long ahead(Element const* at, unsigned long most) {
         constexpr unsigned long longest =
             4096 / sizeof(Element); // stays in the first-level cache until it is converted
-        if (at >= m_end)
-            m_end = at + lengthWithin(at, std::min(most, m_stops ? readableFrom(at) : longest));
-        return std::min(static_cast<unsigned long>(m_end - at), most);
+        auto known = static_cast<unsigned long>(std::max(m_end - at, 0L));
+        // What the last scan cut off may be a character, which is read on if it can't end the text.
+        bool const isCutOff = known < longestCharacter && known < most && !m_stops;
+        if (known == 0 || isCutOff) {
+            known += lengthWithin(at + known, std::min(most - known, m_stops ? readableFrom(at) : longest));
+            m_end = at + known;
+        }
+        return std::min(known, most);
     }
 
 private:
@@ -59,8 +66,16 @@ private:
     unsigned m_characters = fewest;
 };
 
+/// Whether a bulk form ended with the stretch that it was given, which was long, but for a character cut off by its end.
+inline bool tookLongRun(long taken, unsigned long ahead) {
+    return taken >= 64 && ahead - static_cast<unsigned long>(taken) < longestCharacter;
+}
+
 /// Regular characters that follow each other before a text counts as regular again after one that could not be converted.
 constexpr unsigned regularAgain = 16;
+
+/// Characters after which a bulk form is tried again in any case: it may take what the literal path calls irregular.
+constexpr unsigned roughAtMost = 256;
 
 /// How far a bulk form made of single steps goes between two looks for a run of ASCII.
 constexpr long elementsBetweenAscii = 64;

@@ -1,7 +1,8 @@
-#include "base/UnitScan.h"
+#include "converters/kernels/UnitScan.h"
 
 #include "base/CheckedReads.h"
 #include "base/Words.h"
+#include "converters/kernels/Kernels.h"
 
 #include <algorithm>
 
@@ -18,9 +19,11 @@ bool blockHasZero(unsigned short const* text) noexcept {
     return zeros != 0;
 }
 
+} // namespace
+
 /// Reads aligned words and blocks, which may hold what lies before the text and after its end: one with a unit of the
 /// text in it is readable.
-unsigned long scanWords(unsigned short const* text, unsigned long maxUnits) noexcept {
+unsigned long unitLengthByWords(unsigned short const* text, unsigned long maxUnits) {
     auto const address = reinterpret_cast<std::uintptr_t>(text);
     unsigned long const before = address % sizeof(std::uint64_t) / sizeof *text; // units in front of the text
     std::uint64_t word = wordAt(text - before) | ((std::uint64_t{1} << 16 * before) - 1);
@@ -37,11 +40,9 @@ unsigned long scanWords(unsigned short const* text, unsigned long maxUnits) noex
     return std::min(length + firstZeroUnit(word), maxUnits);
 }
 
-} // namespace
-
 unsigned long unitLength(unsigned short const* text, unsigned long maxUnits) noexcept {
     if (!readsAreChecked && reinterpret_cast<std::uintptr_t>(text) % sizeof *text == 0)
-        return maxUnits != 0 ? scanWords(text, maxUnits) : 0;
+        return maxUnits != 0 ? kernels.unitLength(text, maxUnits) : 0;
     unsigned long length = 0;
     while (length < maxUnits && text[length] != 0)
         ++length;

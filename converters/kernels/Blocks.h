@@ -1,0 +1,126 @@
+#pragma once
+
+#include "converters/kernels/PackingRows.h"
+
+#include <cstring>
+
+// What kernels share. To be included by the source of a level alone, after its vectors: everything is local to that, so
+// that no function compiled for one processor is ever called on another.
+
+namespace vyn {
+namespace {
+
+/// What kernels take at a time.
+constexpr long blockBytes = 64;
+constexpr long blockUnits = blockBytes / 2;
+constexpr long blockVectors = blockBytes / vectorBytes;
+constexpr long vectorUnits = vectorBytes / 2;
+
+/// Below this a kernel takes no rest of a text that is shorter than a block.
+constexpr long shortestRest = 12;
+
+using ByteBlock = Bytes[blockVectors];
+using UnitBlock = Units[blockVectors];
+
+inline void loadBlock(ByteBlock& block, unsigned char const* at) {
+    for (long i = 0; i < blockVectors; ++i)
+        block[i] = load(at + i * vectorBytes);
+}
+inline void loadBlock(UnitBlock& block, unsigned short const* at) {
+    for (long i = 0; i < blockVectors; ++i)
+        block[i] = units(load(at + i * vectorUnits));
+}
+
+/// The first `count` elements of a text, less than a block, with zeros behind them.
+template <class Element>
+struct PartOfBlock {
+    PartOfBlock(Element const* at, long count) {
+        std::memcpy(elements, at, static_cast<unsigned long>(count) * sizeof(Element));
+    }
+
+    Element elements[blockBytes / sizeof(Element)] = {};
+};
+
+inline Bytes filled(unsigned char byte) {
+    return Bytes{} + byte;
+}
+
+/// Each byte shifted by itself.
+template <int Count>
+Bytes shiftedUp(Bytes vector) {
+    return bytes(units(vector) << Count) & static_cast<unsigned char>(0xFF << Count);
+}
+template <int Count>
+Bytes shiftedDown(Bytes vector) {
+    return bytes(units(vector) >> Count) & static_cast<unsigned char>(0xFF >> Count);
+}
+
+/// The highest bits of what `map` makes of each byte.
+template <class Map>
+std::uint64_t signsOf(ByteBlock const& block, Map map) {
+    Bytes mapped[blockVectors];
+    for (long i = 0; i < blockVectors; ++i)
+        mapped[i] = map(block[i]);
+    return signsOf(mapped);
+}
+
+/// A bit for each unit for which `test` gives all bits, not none.
+template <class Test>
+std::uint32_t bitsOf(UnitBlock const& block, Test test) {
+    Bytes narrowed[blockVectors / 2];
+    for (long i = 0; i < blockVectors / 2; ++i)
+        narrowed[i] = narrow(test(block[2 * i]) >> 8, test(block[2 * i + 1]) >> 8);
+    return static_cast<std::uint32_t>(signsOf(narrowed));
+}
+
+/// A mask of the first `count` positions, 1 to 64.
+inline std::uint64_t firstBits(long count) {
+    return ~std::uint64_t{0} >> (64 - count);
+}
+
+inline unsigned countOf(std::uint64_t mask) {
+    return static_cast<unsigned>(__builtin_popcountll(mask));
+}
+
+/// Calls `store(lane)` for the lanes of both vectors in turns, in the order of what was interleaved into them.
+template <class Store>
+void forLanes(auto low, auto high, Store store) {
+    store(laneOf<0>(low));
+    store(laneOf<0>(high));
+    if constexpr (vectorBytes == 32) {
+        store(laneOf<1>(low));
+        store(laneOf<1>(high));
+    }
+}
+
+/// Copies some 100 bytes without a call.
+inline void copyShort(void* to, void const* from, unsigned long count) {
+    auto* const dst = static_cast<unsigned char*>(to);
+    auto const* const src = static_cast<unsigned char const*>(from);
+    constexpr unsigned long step = sizeof(Lane);
+    if (count < step) {
+        for (unsigned long i = 0; i < count; ++i)
+            dst[i] = src[i];
+        return;
+    }
+    for (unsigned long i = 0; i < count - step; i += step)
+        storeLane(dst + i, loadLane(src + i));
+    storeLane(dst + count - step, loadLane(src + count - step));
+}
+
+/// A lane of which those bytes are moved together that a row keeps.
+struct PackedLane {
+    /// By the row of the lowest eight bits of `mask`.
+    PackedLane(Lane source, PackingRows const& rows, std::uint64_t mask) {
+        constexpr unsigned rowSize = sizeof rows.of[0];
+        std::uint64_t const row = mask * rowSize & 0xFF * rowSize;
+        lane = lookUp(source, loadLane(rows.of[0] + row));
+        bits = countOf(row);
+    }
+
+    Lane lane;
+    unsigned bits; ///< That are set in those of the mask.
+};
+
+} // namespace
+} // namespace vyn

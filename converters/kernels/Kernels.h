@@ -1,0 +1,39 @@
+#pragma once
+
+#include "converters/kernels/Bulk.h"
+
+namespace vyn {
+
+/// What is a sequence: by its form only, or by Unicode's definition, without overlong forms, surrogates and values above
+/// U+10FFFF.
+enum class Utf8Rules { lenient, strict };
+
+/// The bulk forms that use the vectors of one instruction set. Each converts characters from the start of [src, end), as
+/// long as they are regular and come by the block; what it leaves, up to everything, is for the forms that need no vectors.
+/// There is no terminator in it, and room for all that it becomes and a terminator. Nothing else is read, and nothing is
+/// written after what is converted.
+struct Kernels {
+    using Decode = BulkDecoded<unsigned char>(unsigned char const* src, unsigned char const* end, unsigned short* dst);
+    using Encode = BulkEncoded<unsigned char>(unsigned short const* src, unsigned short const* end, unsigned char* dst);
+
+    char const* level;
+    Decode* decodeLenientUtf8;
+    Decode* decodeStrictUtf8;
+    Encode* encodeUtf8; ///< Takes no surrogate without its other half.
+
+    /// As `unitLengthByWords`, whose blocks are those that hold a unit of the text.
+    unsigned long (*unitLength)(unsigned short const* text, unsigned long maxUnits);
+};
+
+/// Those of the best instruction set that this machine has, and of none until the library is loaded. The variable
+/// VYNULIB_LEVEL in the environment names a lower one.
+extern Kernels kernels;
+
+/// Below this many elements the call of a kernel costs more than it saves.
+constexpr long shortestForKernel = 24;
+
+extern Kernels const sse4Kernels;
+extern Kernels const avx2Kernels;
+extern Kernels const neonKernels;
+
+} // namespace vyn

@@ -1,0 +1,201 @@
+#pragma once
+
+#include "converters/kernels/Blocks.h"
+#include "converters/kernels/Kernels.h"
+
+namespace vyn {
+namespace {
+
+// UTF-8 to UTF-16, without a branch on the mix of lengths in a block: for every byte the unit is computed that would end
+// there, and those are kept that do.
+
+/// What a stretch of a block is made of, the first byte of which begins a character.
+struct Utf8Shape {
+    bool regular;        ///< Sequences only, the last of which may be cut off by the end.
+    bool ascii;          ///< Nothing else.
+    bool pairs;          ///< There are sequences of four bytes.
+    long end;            ///< Where the last whole sequence ends.
+    std::uint64_t units; ///< The positions before it at which units end.
+};
+
+/// Gives all bits where a byte can't follow the lead byte before it: in overlong forms, surrogates, values above U+10FFFF.
+inline Bytes illFormedSeconds(Bytes vector, Bytes before) {
+    // A bit for each kind of these. It is set for either half of the lead byte and the higher half of the second.
+    constexpr unsigned char overlong2 = 1, overlong3 = 2, surrogate = 4, overlong4 = 8, tooLarge = 16, noLead = 32;
+    constexpr unsigned char below90 = overlong2 | overlong3 | overlong4 | noLead;
+    constexpr unsigned char belowA0 = overlong2 | overlong3 | tooLarge | noLead;
+    constexpr unsigned char fromA0 = overlong2 | surrogate | tooLarge | noLead;
+    static constexpr unsigned char ofLeadHigh[16] = {
+        0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, overlong2, 0, overlong3 | surrogate, overlong4 | tooLarge | noLead};
+    static constexpr unsigned char ofLeadLow[16] = {overlong2 | overlong3 | overlong4,
+                                                    overlong2,
+                                                    0,
+                                                    0,
+                                                    tooLarge,
+                                                    noLead,
+                                                    noLead,
+                                                    noLead,
+                                                    noLead,
+                                                    noLead,
+                                                    noLead,
+                                                    noLead,
+                                                    noLead,
+                                                    surrogate | noLead,
+                                                    noLead,
+                                                    noLead};
+    static constexpr unsigned char ofSecondHigh[16] = {0, 0, 0, 0, 0, 0, 0, 0, below90, belowA0, fromA0, fromA0};
+    Bytes const lead = shiftedIn<1>(vector, before);
+    return bytes((lookUp(loadRow(ofLeadHigh), shiftedDown<4>(lead)) & lookUp(loadRow(ofLeadLow), lead & 0x0F) &
+                  lookUp(loadRow(ofSecondHigh), shiftedDown<4>(vector))) != 0);
+}
+
+inline bool isWellFormed(ByteBlock const& block, std::uint64_t inside) {
+    Bytes before = {};
+    return (signsOf(block,
+                    [&](Bytes vector) {
+                        Bytes const odd = illFormedSeconds(vector, before);
+                        before = vector;
+                        return odd;
+                    }) &
+            inside) == 0;
+}
+
+/// A mask of what may lead so many bytes.
+template <unsigned Bytes>
+std::uint64_t leadsOf(ByteBlock const& block) {
+    static_assert(Bytes == 3 || Bytes == 4);
+    constexpr unsigned char first = Bytes == 3 ? 0xE0 : 0xF0;
+    return signsOf(block, [](auto vector) { return subtractSaturated(vector, filled(first - 0x80)); });
+}
+
+/// Of the positions `from` to `to` of the block at `src`.
+template <Utf8Rules Rules>
+Utf8Shape shapeOf(unsigned char const* src, long from = 0, long to = blockBytes) {
+    ByteBlock block;
+    loadBlock(block, src);
+    std::uint64_t const inside = firstBits(to) >> from << from;
+    std::uint64_t const higher = signsOf(block) & inside;
+    if (higher == 0)
+        return {true, true, false, to, inside};
+    auto const isTrail = [](Bytes vector) { return bytes(reinterpret_cast<SignedBytes>(vector) < -0x40); };
+    std::uint64_t const trails = signsOf(block, isTrail) & inside;
+    std::uint64_t const leads = higher & ~trails;
+    std::uint64_t const leads3 = leadsOf<3>(block) & inside;
+    std::uint64_t const leads4 = leadsOf<4>(block) & inside;
+
+    bool regular = trails == ((leads << 1 | leads3 << 2 | leads4 << 3) & inside);
+    if (Rules == Utf8Rules::strict && regular)
+        regular = isWellFormed(block, inside);
+    // At most one of these leads a sequence that is cut off.
+    auto const isSetBefore = [to](std::uint64_t mask, long count) {
+        return static_cast<long>(mask >> (to - count) & 1);
+    };
+    long const end = to - isSetBefore(leads, 1) - 2 * isSetBefore(leads3, 2) - 3 * isSetBefore(leads4, 3);
+    std::uint64_t const whole = inside & firstBits(end);
+    return {regular, false, (leads4 & whole) != 0, end, whole & ~(leads | leads3 << 1)};
+}
+
+/// Stores the units that end at `kept` positions of the block at `src`, and rubbish after them, but no more units than there
+/// are bytes in a block. Returns where they end.
+template <bool Pairs>
+unsigned short* storeUnits(unsigned char const* src, std::uint64_t kept, unsigned short* dst) {
+    Bytes before = {};
+    for (long i = 0; i < blockVectors; ++i) {
+        // Seen from the end of a sequence.
+        Bytes const last = load(src + i * vectorBytes);
+        Bytes const second = shiftedIn<1>(last, before), third = shiftedIn<2>(last, before);
+        Bytes const isHigher = bytes(reinterpret_cast<SignedBytes>(last) < 0);
+        Bytes const isTrail = bytes(reinterpret_cast<SignedBytes>(second) < -0x40);
+        Bytes low = (last & 0x7F) | (shiftedUp<6>(second) & isHigher);
+        Bytes high = ((shiftedDown<2>(second) & 0x0F) | (shiftedUp<4>(third) & isTrail)) & isHigher;
+        if constexpr (Pairs) {
+            // The high surrogate ends at the third of four bytes: ten bits of the value, less 0x40.
+            Bytes const bits = shiftedUp<2>(second) | (shiftedDown<4>(last) & 0x03);
+            Bytes const endsHigh = subtractSaturated(third, filled(0x70));
+            Bytes const endsLow = subtractSaturated(shiftedIn<3>(last, before), filled(0x70));
+            low = select(endsHigh, bits + 0xC0, low);
+            high = select(endsHigh, (third & 0x0F) + 0xD8 + bytes(bits < 0x40), high);
+            high = select(endsLow, (shiftedDown<2>(second) & 0x03) | 0xDC, high);
+        }
+        forLanes(interleaveLow(low, high), interleaveHigh(low, high), [&](Lane lane) {
+            PackedLane const packed(lane, unitsKept, kept);
+            kept >>= 8;
+            storeLane(dst, packed.lane);
+            dst += packed.bits;
+        });
+        before = last;
+    }
+    return dst;
+}
+
+/// Pairs are rare: what they need is kept out of the registers of other text.
+[[gnu::noinline]] inline unsigned short* storePairs(unsigned char const* src, std::uint64_t kept, unsigned short* dst) {
+    return storeUnits<true>(src, kept, dst);
+}
+
+inline unsigned short* storeShape(unsigned char const* src, Utf8Shape const& shape, unsigned short* dst) {
+    return shape.pairs ? storePairs(src, shape.units, dst) : storeUnits<false>(src, shape.units, dst);
+}
+
+/// Stores the units alone.
+inline unsigned short* storeExactly(unsigned char const* src, Utf8Shape const& shape, unsigned short* dst) {
+    unsigned short stored[blockBytes];
+    unsigned short const* const storedEnd = storeShape(src, shape, stored);
+    auto const count = storedEnd - stored;
+    copyShort(dst, stored, static_cast<unsigned long>(count) * sizeof *dst);
+    return dst + count;
+}
+
+inline unsigned short* widen(unsigned char const* src, unsigned short* dst) {
+    for (long i = 0; i < blockBytes; i += vectorBytes) {
+        Bytes const vector = load(src + i);
+        store(dst + i, widenLow(vector));
+        store(dst + i + vectorUnits, widenHigh(vector));
+    }
+    return dst + blockBytes;
+}
+
+/// The blocks of a text. By the lenient rules a pair raises the flag, as its continuation bytes would be read again.
+template <Utf8Rules Rules>
+[[gnu::flatten]] BulkDecoded<unsigned char> decodeUtf8(unsigned char const* src, unsigned char const* end,
+                                                       unsigned short* dst) {
+    auto const* const start = src;
+    bool pairs = false;
+    auto const done = [&] { return BulkDecoded<unsigned char>{src, dst, Rules == Utf8Rules::lenient && pairs}; };
+    while (end - src >= blockBytes) {
+        Utf8Shape shape = shapeOf<Rules>(src);
+        // A block may be stored with rubbish behind it if the next one is sure to be stored over that.
+        while (shape.regular && !shape.ascii && end - src - shape.end >= blockBytes) {
+            Utf8Shape const next = shapeOf<Rules>(src + shape.end);
+            if (!next.regular)
+                break;
+            dst = storeShape(src, shape, dst);
+            src += shape.end;
+            pairs |= shape.pairs;
+            shape = next;
+        }
+        if (!shape.regular)
+            return done();
+        dst = shape.ascii ? widen(src, dst) : storeExactly(src, shape, dst);
+        src += shape.end;
+        pairs |= shape.pairs;
+    }
+    long const rest = end - src;
+    if (rest < shortestRest)
+        return done();
+    // As the end of a whole block, where there is one.
+    bool const ended = end - start >= blockBytes;
+    PartOfBlock<unsigned char> const part(src, ended ? 0 : rest);
+    auto const* const block = ended ? end - blockBytes : part.elements;
+    long const from = src - end + blockBytes;
+    Utf8Shape const shape = ended ? shapeOf<Rules>(block, from) : shapeOf<Rules>(block, 0, rest);
+    if (!shape.regular)
+        return done();
+    dst = storeExactly(block, shape, dst);
+    src += shape.end - (ended ? from : 0);
+    pairs |= shape.pairs;
+    return done();
+}
+
+} // namespace
+} // namespace vyn

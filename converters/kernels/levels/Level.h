@@ -1,0 +1,22 @@
+#pragma once
+
+#include "converters/kernels/UnitLength.h"
+#include "converters/kernels/Utf8Decode.h"
+#include "converters/kernels/Utf8Encode.h"
+
+namespace vyn {
+namespace {
+
+/// The kernels in the vectors of the level that includes this.
+constexpr Kernels kernelsOf(char const* level) {
+    return {
+        .level = level,
+        .decodeLenientUtf8 = decodeUtf8<Utf8Rules::lenient>,
+        .decodeStrictUtf8 = decodeUtf8<Utf8Rules::strict>,
+        .encodeUtf8 = encodeUtf8,
+        .unitLength = unitLength,
+    };
+}
+
+} // namespace
+} // namespace vyn
