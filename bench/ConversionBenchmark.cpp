@@ -11,7 +11,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace {
 
@@ -184,18 +183,23 @@ void strictTranscode(benchmark::State& state, TextOfSet const& text) {
     });
 }
 
-void icuTranscode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
-    OtherSet const other = otherSet(text);
+void icuConvert(benchmark::State& state, Sample const& sample, char const* from, std::string const& source,
+                char const* to, std::string const& expected) {
     UErrorCode error = U_ZERO_ERROR;
-    icu::LocalUConverterPointer const from(ucnv_open(text.icuName, &error)), to(ucnv_open(other.name, &error));
-    measure(state, sample, vynulib::encode(other.cs, sample.units), [&](char* dst, std::size_t room) {
+    icu::LocalUConverterPointer const reader(ucnv_open(from, &error)), writer(ucnv_open(to, &error));
+    measure(state, sample, expected, [&](char* dst, std::size_t room) {
         char* out = dst;
-        char const* in = sample.encoded.data();
-        ucnv_convertEx(to.getAlias(), from.getAlias(), &out, out + room, &in, in + sample.encoded.size(), nullptr,
+        char const* in = source.data();
+        ucnv_convertEx(writer.getAlias(), reader.getAlias(), &out, out + room, &in, in + source.size(), nullptr,
                        nullptr, nullptr, nullptr, true, true, &error);
         return out - dst;
     });
+}
+
+void icuTranscode(benchmark::State& state, TextOfSet const& text) {
+    Sample const sample = sampleOf(state, text);
+    OtherSet const other = otherSet(text);
+    icuConvert(state, sample, text.icuName, sample.encoded, other.name, vynulib::encode(other.cs, sample.units));
 }
 
 void iconvTranscode(benchmark::State& state, TextOfSet const& text) {
@@ -207,6 +211,27 @@ void iconvTranscode(benchmark::State& state, TextOfSet const& text) {
     iconv_close(handle);
 }
 
+void localToUtf8(benchmark::State& state, TextOfSet const& text) {
+    Sample const sample = sampleOf(state, text);
+    measure(state, sample, vynulib::encode(VYNCS_UTF8, sample.units), [&](char* dst, std::size_t room) {
+        return LocalToUTF8(reinterpret_cast<unsigned char*>(dst), sample.encoded.c_str(), room, text.cs);
+    });
+}
+
+void utf8ToLocal(benchmark::State& state, TextOfSet const& text) {
+    Sample const sample = sampleOf(state, text);
+    std::string const utf8 = vynulib::encode(VYNCS_UTF8, sample.units);
+    auto const* const source = reinterpret_cast<unsigned char const*>(utf8.c_str());
+    measure(state, sample, sample.encoded,
+            [&](char* dst, std::size_t room) { return UTF8ToLocal(dst, source, room, text.cs); });
+}
+
+void icuFromUtf8(benchmark::State& state, TextOfSet const& text) {
+    Sample const sample = sampleOf(state, text);
+    std::string const utf8 = vynulib::encode(VYNCS_UTF8, sample.units);
+    icuConvert(state, sample, "UTF-8", utf8, text.icuName, sample.encoded);
+}
+
 using Which = bool (*)(TextOfSet const&);
 constexpr bool every(TextOfSet const& /*text*/) {
     return true;
@@ -216,6 +241,10 @@ constexpr bool none(TextOfSet const& /*text*/) {
 }
 constexpr bool inUtf8(TextOfSet const& text) {
     return text.cs == VYNCS_UTF8;
+}
+/// Text as the one-call functions meet it, where UTF-8 is not the locale's set.
+constexpr bool inLocalSet(TextOfSet const& text) {
+    return text.cs == VYNCS_WCP1251 || text.cs == VYNCS_WCP936;
 }
 constexpr bool icuHas(TextOfSet const& text) {
     return text.icuName != nullptr;
@@ -244,24 +273,31 @@ constexpr Side sides[] = {
     {"transcode/vynulib", strictTranscode, every, none},
     {"transcode/icu", icuTranscode, icuHas, none},
     {"transcode/iconv", iconvTranscode, every, none},
+    {"LocalToUTF8/vynulib", localToUtf8, inLocalSet, every},
+    {"LocalToUTF8/icu", icuTranscode, inLocalSet, every},
+    {"UTF8ToLocal/vynulib", utf8ToLocal, inLocalSet, every},
+    {"UTF8ToLocal/icu", icuFromUtf8, inLocalSet, every},
 };
 
 /// In bytes of the text's set.
-std::vector<long> sizesOf(TextOfSet const& text, Side const& side) {
-    if (!side.inEverySize(text))
-        return {64, 4096};
-    if (text.sentence == english)
-        return {1, 4, 8, 16, 24, 64, 4096, 1 << 20};
-    return {64, 4096, 1 << 20};
+constexpr long sizes[] = {1, 4, 8, 16, 24, 64, 4096, 1 << 20};
+
+bool takesPart(Side const& side, TextOfSet const& text, long size) {
+    if (!side.texts(text))
+        return false;
+    if (size == 64 || size == 4096)
+        return true;
+    return side.inEverySize(text) && (size > 4096 || text.sentence == english);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    // What is compared runs close together, as a machine is not always equally fast.
     for (TextOfSet const& text : texts)
-        for (Side const& side : sides)
-            if (side.texts(text))
-                for (long const size : sizesOf(text, side))
+        for (long const size : sizes)
+            for (Side const& side : sides)
+                if (takesPart(side, text, size))
                     benchmark::RegisterBenchmark((std::string(text.name) + '/' + side.name).c_str(),
                                                  [&](benchmark::State& state) { side.run(state, text); })
                         ->Arg(size);
