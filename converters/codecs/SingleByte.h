@@ -1,6 +1,8 @@
 #pragma once
 
+#include "converters/kernels/Kernels.h"
 #include "converters/kernels/SingleByteBlocks.h"
+#include "converters/kernels/SingleByteRows.h"
 #include "converters/loops/Codec.h"
 
 #include <vynulib/LookupTable.h>
@@ -16,10 +18,12 @@ struct SingleByteTables {
             forward[byte] = pair[1];
             reverse.insert(pair[1], byte);
         }
+        rows.fill(forward, reverse);
     }
 
     unsigned short forward[256] = {};
     LookupTable<unsigned char> reverse;
+    SingleByteRows rows;
 };
 
 struct SingleByteCodec {
@@ -40,13 +44,19 @@ struct SingleByteCodec {
     }
 
     BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
-        long const taken = decodeSingleByteBlocks(tables->forward, src, end, dst);
-        return {src + taken, dst + taken};
+        BulkDecoded<Element> done{src, dst};
+        if (end - src >= shortestForKernel)
+            done = kernels.decodeSingleByte(tables->rows, src, end, dst);
+        long const taken = decodeSingleByteBlocks(tables->forward, done.src, end, done.dst);
+        return {done.src + taken, done.dst + taken};
     }
 
     BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) const {
-        long const taken = encodeSingleByteBlocks(tables->reverse, src, end, dst);
-        return {src + taken, dst + taken};
+        BulkEncoded<Element> done{src, dst};
+        if (end - src >= shortestForKernel)
+            done = kernels.encodeSingleByte(tables->rows, src, end, dst);
+        long const taken = encodeSingleByteBlocks(tables->reverse, done.src, end, done.dst);
+        return {done.src + taken, done.dst + taken};
     }
 };
 

@@ -12,12 +12,18 @@ template <class Bulk, class Source, class Target>
 Bulk takeNothing(Source const* src, Source const*, Target* dst) {
     return {src, dst};
 }
+template <class Bulk, class Table, class Source, class Target>
+Bulk takeNothing(Table const&, Source const* src, Source const*, Target* dst) {
+    return {src, dst};
+}
 
 constexpr Kernels portableKernels = {
     .level = "portable",
     .decodeLenientUtf8 = takeNothing,
     .decodeStrictUtf8 = takeNothing,
     .encodeUtf8 = takeNothing,
+    .decodeSingleByte = takeNothing,
+    .encodeSingleByte = takeNothing,
     .unitLength = unitLengthByWords,
 };
 

@@ -4,6 +4,8 @@
 
 namespace vyn {
 
+struct SingleByteRows;
+
 /// What is a sequence: by its form only, or by Unicode's definition, without overlong forms, surrogates and values above
 /// U+10FFFF.
 enum class Utf8Rules { lenient, strict };
@@ -20,6 +22,11 @@ struct Kernels {
     Decode* decodeLenientUtf8;
     Decode* decodeStrictUtf8;
     Encode* encodeUtf8; ///< Takes no surrogate without its other half.
+
+    BulkDecoded<unsigned char> (*decodeSingleByte)(SingleByteRows const& rows, unsigned char const* src,
+                                                   unsigned char const* end, unsigned short* dst);
+    BulkEncoded<unsigned char> (*encodeSingleByte)(SingleByteRows const& rows, unsigned short const* src,
+                                                   unsigned short const* end, unsigned char* dst);
 
     /// As `unitLengthByWords`, whose blocks are those that hold a unit of the text.
     unsigned long (*unitLength)(unsigned short const* text, unsigned long maxUnits);

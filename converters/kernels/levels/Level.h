@@ -1,5 +1,6 @@
 #pragma once
 
+#include "converters/kernels/SingleByte.h"
 #include "converters/kernels/UnitLength.h"
 #include "converters/kernels/Utf8Decode.h"
 #include "converters/kernels/Utf8Encode.h"
@@ -14,6 +15,8 @@ constexpr Kernels kernelsOf(char const* level) {
         .decodeLenientUtf8 = decodeUtf8<Utf8Rules::lenient>,
         .decodeStrictUtf8 = decodeUtf8<Utf8Rules::strict>,
         .encodeUtf8 = encodeUtf8,
+        .decodeSingleByte = decodeSingleByte,
+        .encodeSingleByte = encodeSingleByte,
         .unitLength = unitLength,
     };
 }
