@@ -1,5 +1,6 @@
 #include <vynulib/VynCharSetConverterDBCS.h>
 
+#include "base/LazyBuilder.h"
 #include "converters/codecs/DoubleByte.h"
 #include "converters/loops/Count.h"
 #include "converters/loops/Decode.h"
@@ -7,9 +8,18 @@
 
 VynCharSetConverterDBCS::~VynCharSetConverterDBCS() = default;
 
+void VynCharSetConverterDBCS::load() {
+    auto const codecOf = [this](vyn::MultibyteTables const* tables) {
+        return vyn::DoubleByteCodec{{m_pTypes}, {tables}};
+    };
+    if (map())
+        vyn::LazyBuilder::build(m_tables,
+                                [&] { return vyn::makeTablesWithRows<vyn::MultibyteTables>(codecOf, map()); });
+}
+
 vyn::DoubleByteCodec VynCharSetConverterDBCS::codec() {
     load();
-    return {{m_pTypes}, m_tables.get()};
+    return {{m_pTypes}, {m_tables.get()}};
 }
 
 unsigned long VynCharSetConverterDBCS::toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits,

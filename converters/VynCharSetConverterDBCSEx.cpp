@@ -1,5 +1,6 @@
 #include <vynulib/VynCharSetConverterDBCSEx.h>
 
+#include "base/LazyBuilder.h"
 #include "converters/codecs/DoubleByte.h"
 #include "converters/loops/Count.h"
 #include "converters/loops/Decode.h"
@@ -7,9 +8,18 @@
 
 VynCharSetConverterDBCSEx::~VynCharSetConverterDBCSEx() = default;
 
+void VynCharSetConverterDBCSEx::load() {
+    auto const codecOf = [this](vyn::MultibyteExTables const* tables) {
+        return vyn::DoubleByteExCodec{{m_pTypes}, {tables}};
+    };
+    if (map())
+        vyn::LazyBuilder::build(m_tables,
+                                [&] { return vyn::makeTablesWithRows<vyn::MultibyteExTables>(codecOf, map()); });
+}
+
 vyn::DoubleByteExCodec VynCharSetConverterDBCSEx::codec() {
     load();
-    return {{m_pTypes}, m_tables.get()};
+    return {{m_pTypes}, {m_tables.get()}};
 }
 
 unsigned long VynCharSetConverterDBCSEx::toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits,

@@ -1,5 +1,6 @@
 #include <vynulib/VynCharSetConverterEUC_CN_KR.h>
 
+#include "base/LazyBuilder.h"
 #include "converters/codecs/EucCnKr.h"
 #include "converters/loops/Count.h"
 #include "converters/loops/Decode.h"
@@ -7,9 +8,16 @@
 
 VynCharSetConverterEUC_CN_KR::~VynCharSetConverterEUC_CN_KR() = default;
 
+void VynCharSetConverterEUC_CN_KR::load() {
+    auto const codecOf = [this](vyn::MultibyteTables const* tables) { return vyn::EucCnKrCodec{{}, {tables}}; };
+    if (map())
+        vyn::LazyBuilder::build(m_tables,
+                                [&] { return vyn::makeTablesWithRows<vyn::MultibyteTables>(codecOf, map()); });
+}
+
 vyn::EucCnKrCodec VynCharSetConverterEUC_CN_KR::codec() {
     load();
-    return {{}, m_tables.get()};
+    return {{}, {m_tables.get()}};
 }
 
 unsigned long VynCharSetConverterEUC_CN_KR::toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits,

@@ -9,14 +9,17 @@
 VynCharSetConverterEUC_JP::~VynCharSetConverterEUC_JP() = default;
 
 void VynCharSetConverterEUC_JP::load() {
+    // What the strict codec takes for a character is one for the other too.
+    auto const codecOf = [](vyn::EucJpTables const* tables) { return vyn::StrictEucJpCodec{{{tables}}}; };
     if (map())
-        vyn::LazyBuilder::build(
-            m_tables, [this] { return std::make_unique<vyn::EucJpTables>(map(), m_pJIS0201Map, m_pJIS0212Map); });
+        vyn::LazyBuilder::build(m_tables, [&] {
+            return vyn::makeTablesWithRows<vyn::EucJpTables>(codecOf, map(), m_pJIS0201Map, m_pJIS0212Map);
+        });
 }
 
 vyn::EucJpCodec VynCharSetConverterEUC_JP::codec() {
     load();
-    return {static_cast<vyn::EucJpTables const*>(m_tables.get())};
+    return {{static_cast<vyn::EucJpTables const*>(m_tables.get())}};
 }
 
 unsigned long VynCharSetConverterEUC_JP::toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits,

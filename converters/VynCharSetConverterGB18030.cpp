@@ -9,12 +9,13 @@
 VynCharSetConverterGB18030::~VynCharSetConverterGB18030() = default;
 
 void VynCharSetConverterGB18030::load() {
-    vyn::LazyBuilder::build(m_tables, [this] { return std::make_unique<vyn::Gb18030Tables>(map()); });
+    auto const codecOf = [](vyn::Gb18030Tables const* tables) { return vyn::Gb18030Codec{{tables}}; };
+    vyn::LazyBuilder::build(m_tables, [&] { return vyn::makeTablesWithRows<vyn::Gb18030Tables>(codecOf, map()); });
 }
 
 vyn::Gb18030Codec VynCharSetConverterGB18030::codec() {
     load();
-    return {map() ? static_cast<vyn::Gb18030Tables const*>(m_tables.get()) : nullptr};
+    return {{map() ? static_cast<vyn::Gb18030Tables const*>(m_tables.get()) : nullptr}};
 }
 
 sGB18030Range const* VynCharSetConverterGB18030::getGB2UniRange(unsigned int key) {

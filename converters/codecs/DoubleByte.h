@@ -40,11 +40,9 @@ struct DoubleByteForm {
 static_assert(CountsUnits<DoubleByteForm>);
 
 /// A double-byte set within the Basic Multilingual Plane. Surrogates are looked up one by one and never mapped.
-struct DoubleByteCodec : DoubleByteForm {
+struct DoubleByteCodec : DoubleByteForm, DoubleByteVectors<MultibyteTables> {
     static constexpr unsigned maxUnitsPerElement = 1;
     static constexpr unsigned maxElementsPerUnit = 2;
-
-    MultibyteTables const* tables;
 
     bool ready() const { return tables != nullptr; }
 
@@ -70,13 +68,12 @@ struct DoubleByteCodec : DoubleByteForm {
 };
 
 static_assert(DecodesAhead<DoubleByteCodec> && Encodes<DoubleByteCodec> && KeepsAscii<DoubleByteCodec>);
+static_assert(DecodesVectors<DoubleByteCodec> && EncodesVectors<DoubleByteCodec>);
 
 /// A double-byte set with characters beyond the Basic Multilingual Plane, which are surrogate pairs in UTF-16.
-struct DoubleByteExCodec : DoubleByteForm {
+struct DoubleByteExCodec : DoubleByteForm, DoubleByteVectors<MultibyteExTables> {
     static constexpr unsigned maxUnitsPerElement = 2; // of a single byte with such a character
     static constexpr unsigned maxElementsPerUnit = 2;
-
-    MultibyteExTables const* tables;
 
     bool ready() const { return tables != nullptr; }
 
@@ -106,6 +103,7 @@ struct DoubleByteExCodec : DoubleByteForm {
 };
 
 static_assert(Decodes<DoubleByteExCodec> && Encodes<DoubleByteExCodec> && CountsUnits<DoubleByteExCodec>);
+static_assert(DecodesVectors<DoubleByteExCodec> && EncodesVectors<DoubleByteExCodec>);
 
 /// For texts with a length: a code that the table has is its character, also where the type table denies the trail byte,
 /// so that all that is encoded can be decoded.

@@ -24,11 +24,9 @@ struct EucCnKrForm {
 
 static_assert(CountsUnits<EucCnKrForm>);
 
-struct EucCnKrCodec : EucCnKrForm {
+struct EucCnKrCodec : EucCnKrForm, DoubleByteVectors<MultibyteTables> {
     static constexpr unsigned maxUnitsPerElement = 1;
     static constexpr unsigned maxElementsPerUnit = 2;
-
-    MultibyteTables const* tables;
 
     bool ready() const { return tables != nullptr; }
 
@@ -62,6 +60,7 @@ struct EucCnKrCodec : EucCnKrForm {
 };
 
 static_assert(DecodesAhead<EucCnKrCodec> && Encodes<EucCnKrCodec> && KeepsAscii<EucCnKrCodec>);
+static_assert(DecodesVectors<EucCnKrCodec> && EncodesVectors<EucCnKrCodec>);
 static_assert(DecodesPieces<EucCnKrCodec> && EncodesPieces<EucCnKrCodec>);
 
 } // namespace vyn

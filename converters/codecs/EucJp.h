@@ -23,7 +23,7 @@ public:
     MultibyteTables jis0212;
 };
 
-struct EucJpCodec {
+struct EucJpCodec : DoubleByteVectors<EucJpTables> {
     using Element = unsigned char;
     static constexpr unsigned maxUnitsPerElement = 1;
     static constexpr unsigned maxElementsPerUnit = 3;
@@ -32,8 +32,6 @@ struct EucJpCodec {
     static constexpr unsigned SS3 = VynCharSetConverterEUC_JP::m_cSS3;
     static constexpr unsigned endOfAscii = 0x7F; // DEL is deliberately no character of this set
     static constexpr bool isKatakana(unsigned byte) { return byte >= 0xA1 && byte <= 0xDF; }
-
-    EucJpTables const* tables;
 
     bool ready() const { return tables != nullptr; }
 
@@ -104,5 +102,6 @@ struct StrictEucJpCodec : EucJpCodec {
 };
 
 static_assert(DecodesPieces<StrictEucJpCodec> && EncodesPieces<StrictEucJpCodec>);
+static_assert(DecodesVectors<StrictEucJpCodec> && EncodesVectors<StrictEucJpCodec>);
 
 } // namespace vyn

@@ -96,12 +96,10 @@ public:
     gb18030::RangeIndex<gb18030::UnitBuckets> keyOfUnit{oUni2GBRange};
 };
 
-struct Gb18030Codec {
+struct Gb18030Codec : DoubleByteVectors<Gb18030Tables> {
     using Element = unsigned char;
     static constexpr unsigned maxUnitsPerElement = 1;
     static constexpr unsigned maxElementsPerUnit = 4;
-
-    Gb18030Tables const* tables;
 
     bool ready() const { return tables != nullptr; }
 
@@ -168,5 +166,6 @@ private:
 
 static_assert(Decodes<Gb18030Codec> && Encodes<Gb18030Codec> && KeepsAscii<Gb18030Codec>);
 static_assert(DecodesPieces<Gb18030Codec> && EncodesPieces<Gb18030Codec>);
+static_assert(DecodesVectors<Gb18030Codec> && EncodesVectors<Gb18030Codec>);
 
 } // namespace vyn

@@ -1,8 +1,12 @@
 #pragma once
 
+#include "converters/kernels/DoubleByteRows.h"
+
 #include <vynulib/LookupTable.h>
 #include <vynulib/LookupTableEx.h>
 #include <vynulib/sMBCSExTable.h>
+
+#include <memory>
 
 namespace vyn {
 
@@ -20,8 +24,9 @@ public:
     MultibyteTables& operator=(MultibyteTables const&) = delete;
     virtual ~MultibyteTables() = default;
 
-    LookupTable<unsigned short> forward; // unit of each code
-    LookupTable<unsigned short> reverse; // code of each unit
+    LookupTable<unsigned short> forward;        // unit of each code
+    LookupTable<unsigned short> reverse;        // code of each unit
+    std::unique_ptr<DoubleByteRows const> rows; // if the set's codec has given them
 
     /// Whether the printable characters of ASCII are their own codes.
     bool keepsAscii() const { return m_keepsAscii; }
@@ -49,8 +54,17 @@ struct MultibyteExTables {
         }
     }
 
-    LookupTable<unsigned int> forward;     // scalar value of each code
-    LookupTableEx<unsigned short> reverse; // code of each scalar value
+    LookupTable<unsigned int> forward;          // scalar value of each code
+    LookupTableEx<unsigned short> reverse;      // code of each scalar value
+    std::unique_ptr<DoubleByteRows const> rows; // if the set's codec has given them
 };
+
+/// Tables made by `Made(arguments...)`, with the rows of the codec that `codecOf(tables)` returns.
+template <class Made, class CodecOf, class... Arguments>
+std::unique_ptr<Made> makeTablesWithRows(CodecOf codecOf, Arguments... arguments) {
+    auto tables = std::make_unique<Made>(arguments...);
+    tables->rows = std::make_unique<DoubleByteRows>(codecOf(tables.get()));
+    return tables;
+}
 
 } // namespace vyn

@@ -43,23 +43,24 @@ struct SingleByteCodec {
         return byte != 0 ? mappedCode(byte, 1, 1) : unmappedUnits(1);
     }
 
-    BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
-        BulkDecoded<Element> done{src, dst};
-        if (end - src >= shortestForKernel)
-            done = kernels.decodeSingleByte(tables->rows, src, end, dst);
-        long const taken = decodeSingleByteBlocks(tables->forward, done.src, end, done.dst);
-        return {done.src + taken, done.dst + taken};
+    BulkDecoded<Element> decodeVectors(Element const* src, Element const* end, unsigned short* dst) const {
+        return kernels.decodeSingleByte(tables->rows, src, end, dst);
+    }
+    BulkEncoded<Element> encodeVectors(unsigned short const* src, unsigned short const* end, Element* dst) const {
+        return kernels.encodeSingleByte(tables->rows, src, end, dst);
     }
 
+    BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
+        long const taken = decodeSingleByteBlocks(tables->forward, src, end, dst);
+        return {src + taken, dst + taken};
+    }
     BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) const {
-        BulkEncoded<Element> done{src, dst};
-        if (end - src >= shortestForKernel)
-            done = kernels.encodeSingleByte(tables->rows, src, end, dst);
-        long const taken = encodeSingleByteBlocks(tables->reverse, done.src, end, done.dst);
-        return {done.src + taken, done.dst + taken};
+        long const taken = encodeSingleByteBlocks(tables->reverse, src, end, dst);
+        return {src + taken, dst + taken};
     }
 };
 
+static_assert(DecodesVectors<SingleByteCodec> && EncodesVectors<SingleByteCodec>);
 static_assert(DecodesBlocks<SingleByteCodec> && EncodesBlocks<SingleByteCodec>);
 static_assert(DecodesPieces<SingleByteCodec> && EncodesPieces<SingleByteCodec>);
 

@@ -2,6 +2,7 @@
 
 #include "base/Surrogates.h"
 #include "converters/codecs/Utf8Sequence.h"
+#include "converters/kernels/Kernels.h"
 #include "converters/kernels/Utf8Blocks.h"
 #include "converters/loops/Codec.h"
 
@@ -65,11 +66,17 @@ struct Utf8Codec {
         return {text.has(1) ? 2U : 1U, unitEscapeLength};
     }
 
+    BulkDecoded<Element> decodeVectors(Element const* src, Element const* end, unsigned short* dst) const {
+        return kernels.decodeLenientUtf8(src, end, dst);
+    }
+    BulkEncoded<Element> encodeVectors(unsigned short const* src, unsigned short const* end, Element* dst) const {
+        return kernels.encodeUtf8(src, end, dst);
+    }
     BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
-        return decodeUtf8Bulk<Utf8Rules::lenient>(src, end, dst);
+        return decodeUtf8Blocks<Utf8Rules::lenient>(src, end, dst);
     }
     BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) const {
-        return encodeUtf8Bulk<Utf8Rules::lenient>(src, end, dst);
+        return encodeUtf8Blocks<Utf8Rules::lenient>(src, end, dst);
     }
 
 private:
@@ -89,6 +96,7 @@ private:
     }
 };
 
+static_assert(DecodesVectors<Utf8Codec> && EncodesVectors<Utf8Codec>);
 static_assert(DecodesBlocks<Utf8Codec> && EncodesBlocks<Utf8Codec> && CountsUnits<Utf8Codec>);
 static_assert(ReplacesPairsOutOfRoom<Utf8Codec> && TakesEscapeToll<Utf8Codec>);
 
@@ -123,15 +131,19 @@ struct StrictUtf8Codec : Utf8Codec {
         return isLowSurrogate(text[0]) ? unmappedUnits(1) : Utf8Codec::encodeOne(text);
     }
 
+    BulkDecoded<Element> decodeVectors(Element const* src, Element const* end, unsigned short* dst) const {
+        return kernels.decodeStrictUtf8(src, end, dst);
+    }
     BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
-        return decodeUtf8Bulk<Utf8Rules::strict>(src, end, dst);
+        return decodeUtf8Blocks<Utf8Rules::strict>(src, end, dst);
     }
     BulkEncoded<Element> encodeBlocks(unsigned short const* src, unsigned short const* end, Element* dst) const {
-        return encodeUtf8Bulk<Utf8Rules::strict>(src, end, dst);
+        return encodeUtf8Blocks<Utf8Rules::strict>(src, end, dst);
     }
 };
 
 static_assert(DecodesPieces<StrictUtf8Codec> && EncodesPieces<StrictUtf8Codec> && HasLoneElements<StrictUtf8Codec>);
+static_assert(DecodesVectors<StrictUtf8Codec> && EncodesVectors<StrictUtf8Codec>);
 static_assert(DecodesBlocks<StrictUtf8Codec> && EncodesBlocks<StrictUtf8Codec>);
 
 } // namespace vyn

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "converters/kernels/HalfSubset.h"
 #include "converters/kernels/PackingRows.h"
 
 #include <cstring>
@@ -121,6 +122,71 @@ struct PackedLane {
     Lane lane;
     unsigned bits; ///< That are set in those of the mask.
 };
+
+/// Stores the first byte of each unit, and the second where its bit in `two` is set; up to 8 bytes of rubbish after them.
+inline unsigned char* storeOneOrTwoBytes(UnitBlock const& block, std::uint32_t two, unsigned char* dst) {
+    auto const storeOf = [&](Lane lane) {
+        PackedLane const packed(lane, oneOrTwoBytes, two);
+        two >>= 8;
+        storeLane(dst, packed.lane);
+        dst += 8 + packed.bits;
+    };
+    for (Units const vector : block) {
+        storeOf(laneOf<0>(vector));
+        if constexpr (vectorBytes == 32)
+            storeOf(laneOf<1>(vector));
+    }
+    return dst;
+}
+
+/// Not 0 for the bytes of the subset, if it is one of ASCII.
+inline Bytes membersOf(HalfSubset const& subset, Bytes vector) {
+    static constexpr unsigned char bitOfHigh[16] = {1, 2, 4, 8, 16, 32, 64, 128};
+    return lookUp(loadRow(subset.ofLow), vector) & lookUp(loadRow(bitOfHigh), shiftedDown<4>(vector));
+}
+
+inline bool hasAnyOf(HalfSubset const& subset, Bytes vector) {
+    return !subset.empty && !isZero(membersOf(subset, vector));
+}
+
+inline void widenTo(unsigned short* dst, Bytes vector) {
+    store(dst, widenLow(vector));
+    store(dst + vectorUnits, widenHigh(vector));
+}
+
+/// Stores a block of ASCII as units. False: it is none, or some of it is odd.
+inline bool widenAscii(HalfSubset const& odd, unsigned char const* src, unsigned short* dst) {
+    ByteBlock block;
+    loadBlock(block, src);
+    if (signsOf(block) != 0)
+        return false;
+    for (Bytes const vector : block)
+        if (hasAnyOf(odd, vector))
+            return false;
+    for (long i = 0; i < blockVectors; ++i)
+        widenTo(dst + i * vectorBytes, block[i]);
+    return true;
+}
+
+/// The same the other way.
+inline bool narrowAscii(HalfSubset const& odd, unsigned short const* src, unsigned char* dst) {
+    UnitBlock block;
+    loadBlock(block, src);
+    Units all = {};
+    for (Units const vector : block)
+        all |= vector;
+    if (!isZero(all & 0xFF80))
+        return false;
+    Bytes narrowed[blockVectors / 2];
+    for (long i = 0; i < blockVectors / 2; ++i) {
+        narrowed[i] = narrow(block[2 * i], block[2 * i + 1]);
+        if (hasAnyOf(odd, narrowed[i]))
+            return false;
+    }
+    for (long i = 0; i < blockVectors / 2; ++i)
+        store(dst + i * vectorBytes, narrowed[i]);
+    return true;
+}
 
 } // namespace
 } // namespace vyn

@@ -24,6 +24,8 @@ constexpr Kernels portableKernels = {
     .encodeUtf8 = takeNothing,
     .decodeSingleByte = takeNothing,
     .encodeSingleByte = takeNothing,
+    .decodeDoubleByte = takeNothing,
+    .encodeDoubleByte = takeNothing,
     .unitLength = unitLengthByWords,
 };
 

@@ -4,6 +4,7 @@
 
 namespace vyn {
 
+struct DoubleByteRows;
 struct SingleByteRows;
 
 /// What is a sequence: by its form only, or by Unicode's definition, without overlong forms, surrogates and values above
@@ -18,15 +19,22 @@ struct Kernels {
     using Decode = BulkDecoded<unsigned char>(unsigned char const* src, unsigned char const* end, unsigned short* dst);
     using Encode = BulkEncoded<unsigned char>(unsigned short const* src, unsigned short const* end, unsigned char* dst);
 
+    template <class Rows>
+    using DecodeBy = BulkDecoded<unsigned char>(Rows const& rows, unsigned char const* src, unsigned char const* end,
+                                                unsigned short* dst);
+    template <class Rows>
+    using EncodeBy = BulkEncoded<unsigned char>(Rows const& rows, unsigned short const* src, unsigned short const* end,
+                                                unsigned char* dst);
+
     char const* level;
     Decode* decodeLenientUtf8;
     Decode* decodeStrictUtf8;
     Encode* encodeUtf8; ///< Takes no surrogate without its other half.
 
-    BulkDecoded<unsigned char> (*decodeSingleByte)(SingleByteRows const& rows, unsigned char const* src,
-                                                   unsigned char const* end, unsigned short* dst);
-    BulkEncoded<unsigned char> (*encodeSingleByte)(SingleByteRows const& rows, unsigned short const* src,
-                                                   unsigned short const* end, unsigned char* dst);
+    DecodeBy<SingleByteRows>* decodeSingleByte;
+    EncodeBy<SingleByteRows>* encodeSingleByte;
+    DecodeBy<DoubleByteRows>* decodeDoubleByte;
+    EncodeBy<DoubleByteRows>* encodeDoubleByte;
 
     /// As `unitLengthByWords`, whose blocks are those that hold a unit of the text.
     unsigned long (*unitLength)(unsigned short const* text, unsigned long maxUnits);

@@ -25,12 +25,6 @@ inline Bytes lookUpIn(unsigned char const (&table)[128], Bytes index) {
     return select(bit6, rows[2], rows[0]);
 }
 
-inline bool hasAnyOf(AsciiSubset const& subset, Bytes vector) {
-    static constexpr unsigned char bitOfHigh[16] = {1, 2, 4, 8, 16, 32, 64, 128};
-    return !subset.empty &&
-           !isZero(lookUp(loadRow(subset.ofLow), vector) & lookUp(loadRow(bitOfHigh), shiftedDown<4>(vector)));
-}
-
 inline bool hasZero(Bytes vector) {
     return !isZero(bytes(vector == 0));
 }
@@ -38,11 +32,6 @@ inline bool hasZero(Bytes vector) {
 inline bool hasSigns(Bytes vector) {
     Bytes const vectors[] = {vector};
     return signsOf(vectors) != 0;
-}
-
-inline void widenTo(unsigned short* dst, Bytes vector) {
-    store(dst, widenLow(vector));
-    store(dst + vectorUnits, widenHigh(vector));
 }
 
 /// Calls `convert(position)` for each vector of `count` elements, the last of which may overlap the one before, as long as

@@ -20,11 +20,6 @@ unsigned short findHome(unsigned short const (&unitOf)[256]) {
 
 } // namespace
 
-void AsciiSubset::insert(unsigned character) {
-    ofLow[character & 0x0F] |= static_cast<unsigned char>(1 << (character >> 4));
-    empty = false;
-}
-
 void SingleByteRows::fill(unsigned short const (&unitOf)[256], LookupTable<unsigned char> const& reverse) {
     for (unsigned unit = 0; unit < std::size(byteOf); ++unit)
         byteOf[unit] = reverse.lookup(static_cast<unsigned short>(unit));

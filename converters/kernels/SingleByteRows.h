@@ -1,16 +1,10 @@
 #pragma once
 
+#include "converters/kernels/HalfSubset.h"
+
 #include <vynulib/LookupTable.h>
 
 namespace vyn {
-
-/// Some characters of ASCII, as rows for a look-up by the low half of a byte: a bit for each high half.
-struct AsciiSubset {
-    void insert(unsigned character);
-
-    unsigned char ofLow[16] = {};
-    bool empty = true;
-};
 
 /// The tables of a single-byte set in the form that vectors look them up in, 16 bytes at a time, 0 being none.
 struct SingleByteRows {
@@ -20,8 +14,8 @@ struct SingleByteRows {
 
     unsigned char lowOfUnit[count] = {}; ///< Of the bytes from 80 on.
     unsigned char highOfUnit[count] = {};
-    AsciiSubset oddBytes;    ///< That are not their own units.
-    AsciiSubset oddUnits;    ///< That are not their own bytes.
+    HalfSubset oddBytes;     ///< That are not their own units.
+    HalfSubset oddUnits;     ///< That are not their own bytes.
     bool isLatin1 = false;   ///< All bytes are their own units, and the reverse.
     unsigned short home = 0; ///< The first of the 128 units, in a row, that most bytes of the set have.
     unsigned char byteOfHome[count] = {};

@@ -175,32 +175,4 @@ encodeUtf8Blocks(unsigned short const* src, unsigned short const* end, unsigned 
     return {src, dst};
 }
 
-/// Both forms: by vectors as long as it goes, and what those leave without.
-template <Utf8Rules Rules>
-[[gnu::always_inline]] inline BulkDecoded<unsigned char> decodeUtf8Bulk(unsigned char const* src,
-                                                                        unsigned char const* end, unsigned short* dst) {
-    bool sawIllegal = false;
-    if (end - src >= shortestForKernel) {
-        auto* const kernel = Rules == Utf8Rules::strict ? kernels.decodeStrictUtf8 : kernels.decodeLenientUtf8;
-        auto const done = kernel(src, end, dst);
-        src = done.src;
-        dst = done.dst;
-        sawIllegal = done.sawIllegal;
-    }
-    auto done = decodeUtf8Blocks<Rules>(src, end, dst);
-    done.sawIllegal |= sawIllegal;
-    return done;
-}
-
-template <Utf8Rules Rules>
-[[gnu::always_inline]] inline BulkEncoded<unsigned char> encodeUtf8Bulk(unsigned short const* src,
-                                                                        unsigned short const* end, unsigned char* dst) {
-    if (end - src >= shortestForKernel) {
-        auto const done = kernels.encodeUtf8(src, end, dst);
-        src = done.src;
-        dst = done.dst;
-    }
-    return encodeUtf8Blocks<Rules>(src, end, dst);
-}
-
 } // namespace vyn

@@ -147,11 +147,8 @@ inline unsigned short* storeExactly(unsigned char const* src, Utf8Shape const& s
 }
 
 inline unsigned short* widen(unsigned char const* src, unsigned short* dst) {
-    for (long i = 0; i < blockBytes; i += vectorBytes) {
-        Bytes const vector = load(src + i);
-        store(dst + i, widenLow(vector));
-        store(dst + i + vectorUnits, widenHigh(vector));
-    }
+    for (long i = 0; i < blockBytes; i += vectorBytes)
+        widenTo(dst + i, load(src + i));
     return dst + blockBytes;
 }
 

@@ -49,22 +49,13 @@ inline unsigned char* storeAscii(UnitBlock const& block, unsigned char* dst) {
 }
 
 inline unsigned char* storeUpToTwoBytes(UnitBlock const& block, unsigned char* dst) {
-    std::uint32_t two = bitsOf(block, [](Units vector) { return units(vector > 0x7F); });
-    auto const storeLanes = [&](Lane lane) {
-        PackedLane const packed(lane, oneOrTwoBytes, two);
-        two >>= 8;
-        storeLane(dst, packed.lane);
-        dst += 8 + packed.bits;
-    };
-    for (Units const vector : block) {
-        Units const isLonger = units(vector > 0x7F);
-        Units const longer = vector >> 6 | (vector & 0x3F) << 8 | 0x80C0;
-        Units const found = (longer & isLonger) | (vector & ~isLonger);
-        storeLanes(laneOf<0>(found));
-        if constexpr (vectorBytes == 32)
-            storeLanes(laneOf<1>(found));
+    auto const isLonger = [](Units vector) { return units(vector > 0x7F); };
+    UnitBlock found;
+    for (long i = 0; i < blockVectors; ++i) {
+        Units const longer = block[i] >> 6 | (block[i] & 0x3F) << 8 | 0x80C0;
+        found[i] = (longer & isLonger(block[i])) | (block[i] & ~isLonger(block[i]));
     }
-    return dst;
+    return storeOneOrTwoBytes(found, bitsOf(block, isLonger), dst);
 }
 
 /// A half of a pair becomes the two bytes that are its share of the four: the high one the first two.

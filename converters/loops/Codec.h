@@ -95,7 +95,12 @@ concept DecodesAhead = requires(Codec const& codec, typename Codec::Element cons
 };
 
 /// A bulk form: converts characters that lie whole in [src, end), as many as are regular. There is no terminator among
-/// them, and room for `maxUnitsPerElement` units for each of them.
+/// them, and room for `maxUnitsPerElement` units for each of them. By vectors, as far as they reach:
+template <class Codec>
+concept DecodesVectors = requires(Codec const& codec, typename Codec::Element const* src, unsigned short* dst) {
+    { codec.decodeVectors(src, src, dst) } -> std::same_as<BulkDecoded<typename Codec::Element>>;
+};
+/// Without them, what they leave:
 template <class Codec>
 concept DecodesBlocks = requires(Codec const& codec, typename Codec::Element const* src, unsigned short* dst) {
     { codec.decodeBlocks(src, src, dst) } -> std::same_as<BulkDecoded<typename Codec::Element>>;
@@ -139,8 +144,11 @@ concept Encodes = requires(Codec const& codec, Terminated<unsigned short> termin
     requires std::same_as<decltype(Codec::maxElementsPerUnit), unsigned const>;
 };
 
-/// A bulk form: converts characters that lie whole in [src, end), as many as are regular. There is no terminator among
-/// them, and room for `maxElementsPerUnit` elements for each of them and for a terminator.
+/// Bulk forms likewise, with room for `maxElementsPerUnit` elements for each unit and for a terminator.
+template <class Codec>
+concept EncodesVectors = requires(Codec const& codec, unsigned short const* src, typename Codec::Element* dst) {
+    { codec.encodeVectors(src, src, dst) } -> std::same_as<BulkEncoded<typename Codec::Element>>;
+};
 template <class Codec>
 concept EncodesBlocks = requires(Codec const& codec, unsigned short const* src, typename Codec::Element* dst) {
     { codec.encodeBlocks(src, src, dst) } -> std::same_as<BulkEncoded<typename Codec::Element>>;

@@ -2,6 +2,7 @@
 
 #include "base/Surrogates.h"
 #include "converters/kernels/AsciiRun.h"
+#include "converters/kernels/Kernels.h"
 #include "converters/loops/Codec.h"
 #include "converters/loops/Run.h"
 
@@ -113,12 +114,22 @@ BulkDecoded<typename Codec::Element> decodeSteps(Codec const& codec, typename Co
 
 /// The fast path: regular characters, as far as neither the end of the text nor the room can end it.
 template <template <class> class Text, class Codec>
-BulkDecoded<typename Codec::Element> decodeBulk(Codec const& codec, typename Codec::Element const* src,
-                                                typename Codec::Element const* end, unsigned short* dst) {
+[[gnu::always_inline]] inline BulkDecoded<typename Codec::Element>
+decodeBulk(Codec const& codec, typename Codec::Element const* src, typename Codec::Element const* end,
+           unsigned short* dst) {
+    BulkDecoded<typename Codec::Element> done{src, dst};
+    if constexpr (DecodesVectors<Codec>)
+        if (end - src >= shortestForKernel)
+            done = codec.decodeVectors(src, end, dst);
+    if (done.src == end)
+        return done;
+    bool const sawIllegal = done.sawIllegal;
     if constexpr (DecodesBlocks<Codec>)
-        return codec.decodeBlocks(src, end, dst);
+        done = codec.decodeBlocks(done.src, end, done.dst);
     else
-        return decodeSteps<Text>(codec, src, end, dst);
+        done = decodeSteps<Text>(codec, done.src, end, done.dst);
+    done.sawIllegal |= sawIllegal;
+    return done;
 }
 
 /// The literal path alone, to the end of the text, the room or the source limit, in elements.

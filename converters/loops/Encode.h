@@ -1,6 +1,7 @@
 #pragma once
 
 #include "converters/kernels/AsciiRun.h"
+#include "converters/kernels/Kernels.h"
 #include "converters/loops/Codec.h"
 #include "converters/loops/Run.h"
 
@@ -99,12 +100,18 @@ BulkEncoded<typename Codec::Element> encodeSteps(Codec const& codec, unsigned sh
 
 /// The fast path: regular characters, as far as neither the end of the text nor the room can end it.
 template <class Codec>
-BulkEncoded<typename Codec::Element> encodeBulk(Codec const& codec, unsigned short const* src,
-                                                unsigned short const* end, typename Codec::Element* dst) {
+[[gnu::always_inline]] inline BulkEncoded<typename Codec::Element>
+encodeBulk(Codec const& codec, unsigned short const* src, unsigned short const* end, typename Codec::Element* dst) {
+    BulkEncoded<typename Codec::Element> done{src, dst};
+    if constexpr (EncodesVectors<Codec>)
+        if (end - src >= shortestForKernel)
+            done = codec.encodeVectors(src, end, dst);
+    if (done.src == end)
+        return done;
     if constexpr (EncodesBlocks<Codec>)
-        return codec.encodeBlocks(src, end, dst);
+        return codec.encodeBlocks(done.src, end, done.dst);
     else
-        return encodeSteps(codec, src, end, dst);
+        return encodeSteps(codec, done.src, end, done.dst);
 }
 
 /// Writes what stands for a character that can't be converted: an escape for each unit, or one "?" for all. False: the

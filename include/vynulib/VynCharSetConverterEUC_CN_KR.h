@@ -31,6 +31,8 @@ public:
     unsigned int getMaxUnitSize() const override { return 2; }
     unsigned int getNullCharSize() const override { return 1; }
 
+    void load() override;
+
 private:
     friend struct vyn::CodecAccess;
 

@@ -37,6 +37,9 @@ protected:
     /// Code of each scalar value. There when the forward table is.
     ReverseTable const* reverseTable() const noexcept;
 
+    /// What `table` was given as, null if nothing.
+    sMBCSExTable const* map() const noexcept { return m_pTable; }
+
     /// Both tables, published as a whole.
     vyn::Lazy<vyn::MultibyteExTables> m_tables;
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "converters/kernels/DoubleByte.h"
 #include "converters/kernels/SingleByte.h"
 #include "converters/kernels/UnitLength.h"
 #include "converters/kernels/Utf8Decode.h"
@@ -17,6 +18,8 @@ constexpr Kernels kernelsOf(char const* level) {
         .encodeUtf8 = encodeUtf8,
         .decodeSingleByte = decodeSingleByte,
         .encodeSingleByte = encodeSingleByte,
+        .decodeDoubleByte = decodeDoubleByte,
+        .encodeDoubleByte = encodeDoubleByte,
         .unitLength = unitLength,
     };
 }

@@ -71,6 +71,13 @@ Bytes shiftedIn(Bytes vector, Bytes before) {
     return bytes(_mm256_alignr_epi8(raw(vector), middle, 16 - Count));
 }
 
+/// The vector that begins `Count` bytes after `vector`, in a text where `after` stands behind it.
+template <int Count>
+Bytes shiftedOut(Bytes vector, Bytes after) {
+    __m256i const middle = _mm256_permute2x128_si256(raw(vector), raw(after), 0x21);
+    return bytes(_mm256_alignr_epi8(middle, raw(vector), Count));
+}
+
 /// Within each lane, the bytes of both vectors in turns: of the first and of the second half.
 inline Units interleaveLow(Bytes even, Bytes odd) {
     return units(_mm256_unpacklo_epi8(raw(even), raw(odd)));

@@ -62,6 +62,12 @@ Bytes shiftedIn(Bytes vector, Bytes before) {
     return vextq_u8(before, vector, 16 - Count);
 }
 
+/// The vector that begins `Count` bytes after `vector`, in a text where `after` stands behind it.
+template <int Count>
+Bytes shiftedOut(Bytes vector, Bytes after) {
+    return vextq_u8(vector, after, Count);
+}
+
 /// Within each lane, the bytes of both vectors in turns: of the first and of the second half.
 inline Units interleaveLow(Bytes even, Bytes odd) {
     return units(vzip1q_u8(even, odd));

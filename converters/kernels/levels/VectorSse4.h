@@ -70,6 +70,12 @@ Bytes shiftedIn(Bytes vector, Bytes before) {
     return bytes(_mm_alignr_epi8(raw(vector), raw(before), 16 - Count));
 }
 
+/// The vector that begins `Count` bytes after `vector`, in a text where `after` stands behind it.
+template <int Count>
+Bytes shiftedOut(Bytes vector, Bytes after) {
+    return bytes(_mm_alignr_epi8(raw(after), raw(vector), Count));
+}
+
 /// Within each lane, the bytes of both vectors in turns: of the first and of the second half.
 inline Units interleaveLow(Bytes even, Bytes odd) {
     return units(_mm_unpacklo_epi8(raw(even), raw(odd)));
