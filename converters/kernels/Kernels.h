@@ -45,7 +45,7 @@ struct Kernels {
 extern Kernels kernels;
 
 /// Below this many elements the call of a kernel costs more than it saves.
-constexpr long shortestForKernel = 24;
+constexpr unsigned shortestForKernel = 24;
 
 extern Kernels const sse4Kernels;
 extern Kernels const avx2Kernels;

@@ -177,20 +177,20 @@ template <Utf8Rules Rules>
         src += shape.end;
         pairs |= shape.pairs;
     }
+    // What is left, as the end of a whole block where there is one.
+    auto const takeRest = [&](unsigned char const* block, long from, long to) {
+        Utf8Shape const shape = shapeOf<Rules>(block, from, to);
+        if (!shape.regular)
+            return;
+        dst = storeExactly(block, shape, dst);
+        src += shape.end - from;
+        pairs |= shape.pairs;
+    };
     long const rest = end - src;
-    if (rest < shortestRest)
-        return done();
-    // As the end of a whole block, where there is one.
-    bool const ended = end - start >= blockBytes;
-    PartOfBlock<unsigned char> const part(src, ended ? 0 : rest);
-    auto const* const block = ended ? end - blockBytes : part.elements;
-    long const from = src - end + blockBytes;
-    Utf8Shape const shape = ended ? shapeOf<Rules>(block, from) : shapeOf<Rules>(block, 0, rest);
-    if (!shape.regular)
-        return done();
-    dst = storeExactly(block, shape, dst);
-    src += shape.end - (ended ? from : 0);
-    pairs |= shape.pairs;
+    if (rest != 0 && end - start >= blockBytes)
+        takeRest(end - blockBytes, blockBytes - rest, blockBytes);
+    else if (rest >= shortestRest)
+        takeRest(PartOfBlock<unsigned char>(src, rest).elements, 0, rest);
     return done();
 }
 

@@ -119,7 +119,7 @@ decodeBulk(Codec const& codec, typename Codec::Element const* src, typename Code
            unsigned short* dst) {
     BulkDecoded<typename Codec::Element> done{src, dst};
     if constexpr (DecodesVectors<Codec>)
-        if (end - src >= shortestForKernel)
+        if (end - src >= long{shortestForKernel})
             done = codec.decodeVectors(src, end, dst);
     if (done.src == end)
         return done;
@@ -144,17 +144,16 @@ decodeUpTo(long limit, Codec codec, DecodeCursor<typename Codec::Element> at, IL
     return at;
 }
 
-/// Both paths in turns.
+/// Both paths in turns. Out of the way of texts that end where a bulk form does.
 template <Decodes Codec>
-[[gnu::always_inline]] inline DecodeCursor<typename Codec::Element>
-decodeAll(Codec const& codec, DecodeCursor<typename Codec::Element> at, ILLCHAR_OPTYPE op) {
-    using Element = typename Codec::Element;
-    [[maybe_unused]] Run<Element> run(at.src, op);
+[[gnu::noinline]] DecodeCursor<typename Codec::Element>
+decodeInTurns(Codec codec, DecodeCursor<typename Codec::Element> at, Run<typename Codec::Element> run,
+              ILLCHAR_OPTYPE op) {
     Turns turns;
     Decoded found;
     while (at.hasMore()) {
         long taken = 0;
-        if constexpr (sizeof(Element) == 1) {
+        if constexpr (sizeof(typename Codec::Element) == 1) {
             unsigned long const ahead = run.ahead(at.src, at.room / Codec::maxUnitsPerElement);
             taken = at.took(decodeBulk<TerminatedLater>(codec, at.src, at.src + ahead, at.dst));
             if (!at.hasMore())
@@ -170,6 +169,21 @@ decodeAll(Codec const& codec, DecodeCursor<typename Codec::Element> at, ILLCHAR_
         }
     }
     return at;
+}
+
+/// Without a source limit.
+template <Decodes Codec>
+[[gnu::always_inline]] inline DecodeCursor<typename Codec::Element>
+decodeAll(Codec const& codec, DecodeCursor<typename Codec::Element> at, ILLCHAR_OPTYPE op) {
+    Run<typename Codec::Element> run(at.src, op);
+    if constexpr (DecodesVectors<Codec>) {
+        unsigned long const ahead = run.ahead(at.src, at.room / Codec::maxUnitsPerElement);
+        if (ahead >= shortestForKernel)
+            at.took(codec.decodeVectors(at.src, at.src + ahead, at.dst));
+        if (!at.hasMore())
+            return at;
+    }
+    return decodeInTurns(codec, at, run, op);
 }
 
 /// `VynCharSetConverter::toUTF16` of the set whose codec `codecOf` returns. `limit` is the source limit in elements, 0

@@ -104,7 +104,7 @@ template <class Codec>
 encodeBulk(Codec const& codec, unsigned short const* src, unsigned short const* end, typename Codec::Element* dst) {
     BulkEncoded<typename Codec::Element> done{src, dst};
     if constexpr (EncodesVectors<Codec>)
-        if (end - src >= shortestForKernel)
+        if (end - src >= long{shortestForKernel})
             done = codec.encodeVectors(src, end, dst);
     if (done.src == end)
         return done;
@@ -163,22 +163,14 @@ constexpr unsigned long unitsThatFit(unsigned long room, ILLCHAR_OPTYPE op) {
     return op == ILLCHAR_ESCAPE ? room / escaped : room / Codec::maxElementsPerUnit;
 }
 
-/// `VynCharSetConverter::fromUTF16` of the set whose codec `codecOf` returns.
-template <class CodecOf>
-unsigned long encodeText(CodecOf codecOf, void* dst, unsigned short const* src, unsigned long dstCap, ILLCHAR_OPTYPE op,
-                         bool* illegal) {
-    if (!dst || !src)
-        return 0;
-    auto const codec = codecOf();
-    using Codec = std::remove_const_t<decltype(codec)>;
-    using Element = typename Codec::Element;
-    auto* const start = static_cast<Element*>(dst);
-    EncodeCursor<Element> at{src, start, codec.ready() ? dstCap / sizeof(Element) : 0};
-    [[maybe_unused]] Run<unsigned short> run(src, op);
+/// Both paths in turns. Out of the way of texts that end where a bulk form does.
+template <Encodes Codec>
+[[gnu::noinline]] EncodeCursor<typename Codec::Element>
+encodeInTurns(Codec codec, EncodeCursor<typename Codec::Element> at, Run<unsigned short> run, ILLCHAR_OPTYPE op) {
     Turns turns;
-    for (bool goesOn = true; goesOn && at.hasMore();) {
+    while (at.hasMore()) {
         long taken = 0;
-        if constexpr (sizeof(Element) == 1) {
+        if constexpr (sizeof(typename Codec::Element) == 1) {
             unsigned long const ahead = run.ahead(at.src, unitsThatFit<Codec>(at.room, op));
             taken = at.took(encodeBulk(codec, at.src, at.src + ahead, at.dst));
             if (!at.hasMore())
@@ -186,9 +178,38 @@ unsigned long encodeText(CodecOf codecOf, void* dst, unsigned short const* src, 
             if (tookLongRun(taken, ahead))
                 continue;
         }
-        for (unsigned left = turns.charactersAfter(taken); left != 0 && goesOn && at.hasMore(); --left)
-            goesOn = encodeCharacter(codec, at, op);
+        for (unsigned left = turns.charactersAfter(taken); left != 0 && at.hasMore(); --left)
+            if (!encodeCharacter(codec, at, op))
+                return at;
     }
+    return at;
+}
+
+template <Encodes Codec>
+[[gnu::always_inline]] inline EncodeCursor<typename Codec::Element>
+encodeAll(Codec const& codec, EncodeCursor<typename Codec::Element> at, ILLCHAR_OPTYPE op) {
+    Run<unsigned short> run(at.src, op);
+    if constexpr (EncodesVectors<Codec>) {
+        unsigned long const ahead = run.ahead(at.src, unitsThatFit<Codec>(at.room, op));
+        if (ahead >= shortestForKernel)
+            at.took(codec.encodeVectors(at.src, at.src + ahead, at.dst));
+        if (!at.hasMore())
+            return at;
+    }
+    return encodeInTurns(codec, at, run, op);
+}
+
+/// `VynCharSetConverter::fromUTF16` of the set whose codec `codecOf` returns.
+template <class CodecOf>
+unsigned long encodeText(CodecOf codecOf, void* dst, unsigned short const* src, unsigned long dstCap, ILLCHAR_OPTYPE op,
+                         bool* illegal) {
+    if (!dst || !src)
+        return 0;
+    auto const codec = codecOf();
+    using Element = typename decltype(codec)::Element;
+    auto* const start = static_cast<Element*>(dst);
+    EncodeCursor<Element> at{src, start, codec.ready() ? dstCap / sizeof(Element) : 0};
+    at = encodeAll(codec, at, op);
     *at.dst = Element{0};
     if (illegal)
         *illegal = at.sawIllegal;

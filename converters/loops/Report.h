@@ -78,14 +78,34 @@ public:
         : PieceEnd(last, losses), m_codec(codec), m_source(source) {}
 
     [[gnu::always_inline]] Progress run(char16_t* dst, std::size_t room) {
-        Codec const codec = m_codec;
-        Element const* const textEnd = end();
         auto* const begin = reinterpret_cast<unsigned short*>(dst);
         Cursor at{start(), begin, room};
+        if constexpr (DecodesVectors<Codec>) {
+            std::size_t const ahead = elementsAhead(at, end());
+            if (ahead >= shortestForKernel)
+                at.took(m_codec.decodeVectors(at.src, at.src + ahead, at.dst));
+            if (at.src == end())
+                return {Status::done, m_source.size(), static_cast<std::size_t>(at.dst - begin), 0};
+        }
+        return runInTurns(at, begin);
+    }
+
+private:
+    using Element = typename Codec::Element;
+    using Cursor = DecodeCursor<Element>;
+
+    /// What fits for certain, whatever it becomes.
+    static std::size_t elementsAhead(Cursor const& at, Element const* textEnd) {
+        return std::min(static_cast<std::size_t>(textEnd - at.src), at.room / Codec::maxUnitsPerElement);
+    }
+
+    /// Goes on from `at`, both paths in turns. Out of the way of pieces that end where a bulk form does.
+    [[gnu::noinline]] Progress runInTurns(Cursor at, unsigned short const* begin) {
+        Codec const codec = m_codec;
+        Element const* const textEnd = end();
         Turns turns;
         while (!m_ended && at.src != textEnd) {
-            auto const ahead =
-                std::min(static_cast<std::size_t>(textEnd - at.src), at.room / Codec::maxUnitsPerElement);
+            std::size_t const ahead = elementsAhead(at, textEnd);
             long const taken = at.took(decodeBulk<Ample>(codec, at.src, at.src + ahead, at.dst));
             for (unsigned left = turns.charactersAfter(taken); left != 0 && at.src != textEnd; --left) {
                 Decoded const found = decodeNext(codec, at.src, textEnd);
@@ -101,10 +121,6 @@ public:
             read += takeRest(at);
         return {m_status, read, static_cast<std::size_t>(at.dst - begin), m_lost};
     }
-
-private:
-    using Element = typename Codec::Element;
-    using Cursor = DecodeCursor<Element>;
 
     Element const* start() const { return reinterpret_cast<Element const*>(m_source.data()); }
     Element const* end() const { return start() + m_source.size() / sizeof(Element); }
@@ -222,16 +238,35 @@ public:
         : PieceEnd(last, losses), m_codec(codec), m_source(source) {}
 
     [[gnu::always_inline]] Progress run(char* dst, std::size_t room) {
-        Codec const codec = m_codec;
-        unsigned short const* const textEnd = end();
         auto* const begin = reinterpret_cast<Element*>(dst);
         Cursor at{start(), begin, room / sizeof(Element)};
+        if constexpr (EncodesVectors<Codec>) {
+            std::size_t const ahead = unitsAhead(at, end());
+            if (ahead >= shortestForKernel)
+                at.took(m_codec.encodeVectors(at.src, at.src + ahead, at.dst));
+            if (at.src == end())
+                return {Status::done, m_source.size(), static_cast<std::size_t>(at.dst - begin) * sizeof(Element), 0};
+        }
+        return runInTurns(at, begin);
+    }
+
+private:
+    using Element = typename Codec::Element;
+    using Cursor = EncodeCursor<Element>;
+
+    /// What fits for certain, whatever it becomes. A bulk form may touch the room for a terminator, which is none here.
+    static std::size_t unitsAhead(Cursor const& at, unsigned short const* textEnd) {
+        std::size_t const room = std::max(at.room, std::size_t{1}) - 1;
+        return std::min(static_cast<std::size_t>(textEnd - at.src), room / Codec::maxElementsPerUnit);
+    }
+
+    /// Goes on from `at`, both paths in turns. Out of the way of pieces that end where a bulk form does.
+    [[gnu::noinline]] Progress runInTurns(Cursor at, Element const* begin) {
+        Codec const codec = m_codec;
+        unsigned short const* const textEnd = end();
         Turns turns;
         while (!m_ended && at.src != textEnd) {
-            // A bulk form may touch the room for a terminator, which is none here.
-            std::size_t const bulkRoom = std::max(at.room, std::size_t{1}) - 1;
-            auto const ahead =
-                std::min(static_cast<std::size_t>(textEnd - at.src), bulkRoom / Codec::maxElementsPerUnit);
+            std::size_t const ahead = unitsAhead(at, textEnd);
             long const taken = at.took(encodeBulk(codec, at.src, at.src + ahead, at.dst));
             for (unsigned left = turns.charactersAfter(taken); left != 0 && at.src != textEnd; --left) {
                 Bounded const text{at.src, static_cast<std::size_t>(textEnd - at.src)};
@@ -247,10 +282,6 @@ public:
         auto const written = static_cast<std::size_t>(at.dst - begin) * sizeof(Element);
         return {m_status, static_cast<std::size_t>(at.src - start()), written, m_lost};
     }
-
-private:
-    using Element = typename Codec::Element;
-    using Cursor = EncodeCursor<Element>;
 
     unsigned short const* start() const { return reinterpret_cast<unsigned short const*>(m_source.data()); }
     unsigned short const* end() const { return start() + m_source.size(); }
