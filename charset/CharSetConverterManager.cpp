@@ -38,6 +38,9 @@ VynCharSetConverter* VynCharSetConverter::getConverter(VynCharSet cs) {
         return cached(cachedUtf8Converter, cs);
     if (cs == VYNCS_OS_DEFAULT)
         return cached(cachedOsDefaultConverter, cs);
+    // The sets that the registry was made with keep their converters: they are found without it.
+    if (vyn::ServedSet const* const set = vyn::servedSet(cs); set && set->converter)
+        return set->converter;
     return g_oCnvtMgr.getConverter(cs);
 }
 

@@ -9,9 +9,20 @@ namespace vyn {
 
 struct Losses;
 
-/// How texts with a length are converted in a set, whose `converter` lends its tables.
+/// How texts are converted in a set, whose `converter` lends its tables.
 struct SetOperations {
     using Progress = vynulib::Progress;
+
+    /// What became of a part of a text that ends at a terminator.
+    struct Decoded {
+        void const* src;   ///< Where it goes on.
+        std::size_t units; ///< That were written.
+        bool sawIllegal;
+    };
+    struct Encoded {
+        std::size_t units; ///< That were read.
+        std::size_t bytes; ///< That were written.
+    };
 
     Progress (*decode)(VynCharSetConverter* converter, std::string_view source, char16_t* dst, std::size_t room,
                        bool last, Losses& losses);
@@ -22,6 +33,17 @@ struct SetOperations {
     unsigned maxElementsPerUnit; ///< Elements that a unit becomes at most, escapes apart.
     bool unicode;                ///< Whether U+FFFD can be written.
     bool loneSurrogates;         ///< Whether a surrogate by itself is a character.
+
+    // Null for a set without a converter:
+
+    /// As the converter does without a source limit and with `ILLCHAR_REPLACE`, but ends before a pair that does not fit,
+    /// so that it can go on there.
+    Decoded (*decodePart)(VynCharSetConverter* converter, void const* src, unsigned short* dst,
+                          std::size_t room) = nullptr;
+
+    /// As the converter does. The escapes of UTF-8 keep to the room, too.
+    Encoded (*encodePart)(VynCharSetConverter* converter, unsigned short const* src, void* dst, std::size_t room,
+                          ILLCHAR_OPTYPE op) = nullptr;
 };
 
 extern SetOperations const singleByteOperations, doubleByteOperations, doubleByteExOperations, eucCnKrOperations,

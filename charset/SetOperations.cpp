@@ -56,6 +56,46 @@ Progress encodeIn(VynCharSetConverter* converter, std::u16string_view source, ch
 }
 
 template <class Set>
+SetOperations::Decoded decodePartIn(VynCharSetConverter* converter, void const* src, unsigned short* dst,
+                                    std::size_t room) {
+    auto const codec = Set::codec(converter);
+    using Element = typename decltype(codec)::Element;
+    DecodeCursor<Element> at{static_cast<Element const*>(src), dst, codec.ready() ? room : 0};
+    at = decodeAll(codec, at, ILLCHAR_REPLACE);
+    return {at.src, static_cast<std::size_t>(at.dst - dst), at.sawIllegal};
+}
+
+template <class Set>
+SetOperations::Encoded encodePartIn(VynCharSetConverter* converter, unsigned short const* src, void* dst,
+                                    std::size_t room, ILLCHAR_OPTYPE op) {
+    auto const codec = Set::codec(converter);
+    using Element = typename decltype(codec)::Element;
+    auto* const start = static_cast<Element*>(dst);
+    EncodeCursor<Element> at{src, start, codec.ready() ? room / sizeof(Element) : 0};
+    at = encodeAll(codec, at, op);
+    *at.dst = Element{0};
+    return {static_cast<std::size_t>(at.src - src), static_cast<std::size_t>(at.dst - start) * sizeof(Element)};
+}
+
+/// UTF-16, which is copied: of a text without a source limit deliberately nothing is.
+SetOperations::Decoded decodeNothing(VynCharSetConverter*, void const* src, unsigned short*, std::size_t) {
+    return {src, 0, false};
+}
+SetOperations::Encoded copyUnits(VynCharSetConverter* converter, unsigned short const* src, void* dst, std::size_t room,
+                                 ILLCHAR_OPTYPE op) {
+    std::size_t const bytes = converter->fromUTF16(dst, src, room, op, nullptr);
+    return {bytes / sizeof *src, bytes};
+}
+
+/// UTF-8 as its converter takes it, but for what that does at the end of the room.
+struct Utf8PartCodec : Utf8Codec {
+    static constexpr bool replacesPairsOutOfRoom = false;
+
+    constexpr Utf8PartCodec() : Utf8Codec{.boundedEscapes = true} {}
+};
+
+/// Of texts with a length, by the codec of `Set`.
+template <class Set>
 constexpr SetOperations operationsOf(bool unicode) {
     using Codec = decltype(Set::codec(nullptr));
     return {.decode = decodeIn<Set>,
@@ -67,25 +107,50 @@ constexpr SetOperations operationsOf(bool unicode) {
             .loneSurrogates = EncodesSurrogates<Codec>};
 }
 
+/// With those of texts that end at a terminator, by the codec of the converter, which is that of `Set` too where none is
+/// named.
+template <class Set, class Terminated = Set>
+constexpr SetOperations allOperationsOf(bool unicode) {
+    SetOperations operations = operationsOf<Set>(unicode);
+    operations.decodePart = decodePartIn<Terminated>;
+    operations.encodePart = encodePartIn<Terminated>;
+    return operations;
+}
+
+constexpr SetOperations utf16Operations() {
+    SetOperations operations = operationsOf<Plain<StrictUtf16Codec<std::endian::little>>>(true);
+    operations.decodePart = decodeNothing;
+    operations.encodePart = copyUnits;
+    return operations;
+}
+
+/// A set with tables, where texts with a length have rules of their own.
+template <class Converter, class StrictCodec, class Codec>
+constexpr SetOperations tableOperationsOf() {
+    return allOperationsOf<WithTables<Converter, StrictCodec>, WithTables<Converter, Codec>>(false);
+}
+
 } // namespace
 
 constinit SetOperations const singleByteOperations =
-    operationsOf<WithTables<VynCharSetConverterSBCS, SingleByteCodec>>(false);
+    allOperationsOf<WithTables<VynCharSetConverterSBCS, SingleByteCodec>>(false);
 constinit SetOperations const doubleByteOperations =
-    operationsOf<WithTables<VynCharSetConverterDBCS, StrictDoubleByteCodec<DoubleByteCodec>>>(false);
+    tableOperationsOf<VynCharSetConverterDBCS, StrictDoubleByteCodec<DoubleByteCodec>, DoubleByteCodec>();
 constinit SetOperations const doubleByteExOperations =
-    operationsOf<WithTables<VynCharSetConverterDBCSEx, StrictDoubleByteCodec<DoubleByteExCodec>>>(false);
+    tableOperationsOf<VynCharSetConverterDBCSEx, StrictDoubleByteCodec<DoubleByteExCodec>, DoubleByteExCodec>();
 constinit SetOperations const eucCnKrOperations =
-    operationsOf<WithTables<VynCharSetConverterEUC_CN_KR, EucCnKrCodec>>(false);
+    allOperationsOf<WithTables<VynCharSetConverterEUC_CN_KR, EucCnKrCodec>>(false);
 constinit SetOperations const eucJpOperations =
-    operationsOf<WithTables<VynCharSetConverterEUC_JP, StrictEucJpCodec>>(false);
+    tableOperationsOf<VynCharSetConverterEUC_JP, StrictEucJpCodec, EucJpCodec>();
 constinit SetOperations const gb18030Operations =
-    operationsOf<WithTables<VynCharSetConverterGB18030, Gb18030Codec>>(false);
-constinit SetOperations const utf8Operations = operationsOf<Plain<StrictUtf8Codec>>(true);
-constinit SetOperations const utf16EscOperations = operationsOf<Plain<StrictUtf16EscCodec>>(true);
-constinit SetOperations const utf16LeOperations = operationsOf<Plain<StrictUtf16Codec<std::endian::little>>>(true);
+    allOperationsOf<WithTables<VynCharSetConverterGB18030, Gb18030Codec>>(false);
+constinit SetOperations const utf8Operations = allOperationsOf<Plain<StrictUtf8Codec>, Plain<Utf8PartCodec>>(true);
+constinit SetOperations const utf16EscOperations =
+    allOperationsOf<Plain<StrictUtf16EscCodec>, Plain<Utf16EscCodec>>(true);
+constinit SetOperations const utf16LeOperations = utf16Operations();
 constinit SetOperations const utf16BeOperations = operationsOf<Plain<StrictUtf16Codec<std::endian::big>>>(true);
-constinit SetOperations const utf32LeOperations = operationsOf<Plain<StrictUtf32Codec<std::endian::little>>>(true);
+constinit SetOperations const utf32LeOperations =
+    allOperationsOf<Plain<StrictUtf32Codec<std::endian::little>>, Plain<Utf32Codec>>(true);
 constinit SetOperations const utf32BeOperations = operationsOf<Plain<StrictUtf32Codec<std::endian::big>>>(true);
 
 } // namespace vyn

@@ -279,16 +279,87 @@ TEST(EntryPoints, TakeHugeSourcesOnASmallStack) {
     pthread_attr_destroy(&attributes);
 }
 
-TEST(EntryPoints, ReturnNothingWhereMemoryRunsOut) {
+TEST(EntryPoints, NeedMemoryForForeignConvertersOnly) {
+    static DroppingConverter converter;
+    g_oCnvtMgr.insert(VYNCS_ISO_2022KR, &converter, true);
     std::string const text(100000, 'x');
     std::string dst(text.size() + 1, '\0');
-    for (EntryPoint const* const entry : withScratch) {
-        auto const convert = [&] { return entry->call(dst.data(), text.c_str(), std::ssize(dst), VYNCS_KOI8R); };
-        allocationsLeft = 0;
-        unsigned long const withoutMemory = convert();
-        allocationsLeft = unlimitedAllocations;
-        EXPECT_EQ(withoutMemory, 0UL);
-        EXPECT_EQ(convert(), text.size());
+    for (EntryPoint const* const entry : withScratch)
+        for (VynCharSet const cs : {VYNCS_KOI8R, VYNCS_ISO_2022KR}) {
+            auto const convert = [&] { return entry->call(dst.data(), text.c_str(), std::ssize(dst), cs); };
+            EXPECT_EQ(convert(), text.size()); // with it all tables are there
+            bool const foreign = cs == VYNCS_ISO_2022KR && (entry == &localToUtf8 || entry == &utf8ToLocal);
+            allocationsLeft = 0;
+            unsigned long const withoutMemory = convert();
+            allocationsLeft = unlimitedAllocations;
+            EXPECT_EQ(withoutMemory, foreign ? 0 : text.size());
+        }
+}
+
+/// The conversions by way of the whole text in UTF-16.
+class WholeText {
+public:
+    WholeText(std::string const& source, VynCharSet cs) : m_units(source.size() + 1, u'\0') {
+        VynCharSetConverter& converter = *VynCharSetConverter::getConverter(cs);
+        m_units.resize(
+            converter.toUTF16(unitsAt(m_units.data()), source.c_str(), source.size(), ILLCHAR_REPLACE, &m_illegal, -1));
+    }
+
+    bool isIllegal() const { return m_illegal; }
+
+    void unescape() {
+        for (std::size_t at = 0; (at = m_units.find(u"U+", at)) != Units::npos; ++at) {
+            Units const digits = m_units.substr(at + 2, 4);
+            if (digits.size() == 4 && digits.find_first_not_of(u"0123456789ABCDEF") == Units::npos)
+                m_units.replace(
+                    at, 6, 1, static_cast<char16_t>(std::stoi(std::string(digits.begin(), digits.end()), nullptr, 16)));
+        }
+    }
+
+    std::string encode(VynCharSet cs, std::size_t size, ILLCHAR_OPTYPE op) {
+        VynCharSetConverter& converter = *VynCharSetConverter::getConverter(cs);
+        unsigned const terminator = converter.getNullCharSize();
+        if (m_units.empty() || size < terminator)
+            return {};
+        std::string bytes(size, '\0');
+        bytes.resize(converter.fromUTF16(bytes.data(), unitsAt(m_units.data()), size - terminator, op, nullptr));
+        return bytes;
+    }
+
+private:
+    Units m_units;
+    bool m_illegal = false;
+};
+
+// Long texts are converted piece by piece, which must not show: halves of pairs and of escapes stand about their ends.
+TEST(EntryPoints, ConvertInPiecesAsInOne) {
+    TestRandom random;
+    SCOPED_TRACE(random.seed());
+    static char const* const parts[] = {
+        "\xED\xA0\xBD", "\xED\xB8\x80", "\xF0\x9F\x98\x80", "U+D83D", "U+DE00", "U+00E", "U", "+", "9", "é",
+        "日",           "\x80"};
+    bool const escapesAreOurs = VynCharSetConverter::getConverter(VYNCS_OS_DEFAULT) ==
+                                VynCharSetConverter::getConverter(VYNCS_UTF8); // bounded, as the converter's are not
+    for (int round = 0; round < 300 && !HasFailure(); ++round) {
+        std::string text(2048 * (1 + random.below(2)) - random.below(20), 'a');
+        for (unsigned i = 0; i < 12; ++i)
+            text += parts[random.below(std::size(parts))];
+        text += std::string(random.below(3) * 1500, 'z');
+        std::size_t const size = random.below(4) != 0 ? 6 * text.size() : text.size() - random.below(100);
+        VynCharSet const cs = allSets[random.below(std::size(allSets))];
+        if (GetNullCharSize(cs) != 1)
+            continue;
+        EXPECT_EQ(utf8ToLocal(text, size, cs), WholeText(text, VYNCS_UTF8).encode(cs, size, ILLCHAR_REPLACE)) << cs;
+        WholeText claimed(text, cs), latin(text, VYNCS_ISO_8859_1);
+        EXPECT_EQ(localToUtf8(text, size, cs),
+                  (claimed.isIllegal() ? latin : claimed).encode(VYNCS_UTF8, size, ILLCHAR_REPLACE))
+            << cs;
+        WholeText path(text, VYNCS_OS_DEFAULT);
+        path.unescape();
+        EXPECT_EQ(fromPath(text, size), path.encode(VYNCS_UTF8, size, ILLCHAR_REPLACE));
+        if (!escapesAreOurs) {
+            EXPECT_EQ(toPath(text, size), WholeText(text, VYNCS_UTF8).encode(VYNCS_OS_DEFAULT, size, ILLCHAR_ESCAPE));
+        }
     }
 }
 
