@@ -62,7 +62,11 @@ std::span<ServedSet const> registeredSets();
 /// The served set of this number; null if there is none.
 ServedSet const* servedSet(VynCharSet cs) noexcept;
 
-/// The same, of the default set for `VYNCS_OS_DEFAULT`. Throws `std::invalid_argument` if there is none.
+/// The served set whose converter serves `cs`, which may be the default set or one without a converter of its own; null if
+/// that is somebody else's converter.
+ServedSet const* setBehind(VynCharSet cs);
+
+/// The served set of this number, the default set for `VYNCS_OS_DEFAULT`. Throws `std::invalid_argument` if there is none.
 ServedSet const& requireServedSet(VynCharSet cs);
 
 } // namespace vyn

@@ -157,6 +157,14 @@ vyn::ServedSet const* vyn::servedSet(VynCharSet cs) noexcept {
     return set.cs == cs ? &set : nullptr;
 }
 
+vyn::ServedSet const* vyn::setBehind(VynCharSet cs) {
+    VynCharSetConverter const* const converter = VynCharSetConverter::getConverter(cs);
+    for (VynCharSet const candidate : {cs == VYNCS_OS_DEFAULT ? defaultSetOf(g_oCnvtMgr) : cs, VYNCS_UTF8})
+        if (ServedSet const* const set = servedSet(candidate); set && set->converter == converter)
+            return set;
+    return nullptr;
+}
+
 vyn::ServedSet const& vyn::requireServedSet(VynCharSet cs) {
     ServedSet const* const set = servedSet(cs == VYNCS_OS_DEFAULT ? defaultSetOf(g_oCnvtMgr) : cs);
     if (!set)

@@ -43,7 +43,7 @@ public:
     bool sawIllegal() const { return m_sawIllegal; } ///< Up to the end of the piece.
 
 private:
-    static constexpr std::size_t pieceUnits = 2048; // stay in the first-level cache
+    static constexpr std::size_t pieceUnits = 4096; // stay in the first-level cache
     static constexpr std::size_t mostHeld = 8;
 
     ServedSet const& m_set;

@@ -28,15 +28,6 @@ ServedSet const& utf8Set() {
     return *vyn::servedSet(VYNCS_UTF8);
 }
 
-/// The served set whose converter serves `cs`; null if that is somebody else's converter.
-ServedSet const* setBehind(VynCharSet cs) {
-    VynCharSetConverter const* const converter = &converterOf(cs);
-    for (VynCharSet const candidate : {cs == VYNCS_OS_DEFAULT ? vyn::defaultSetOf(g_oCnvtMgr) : cs, VYNCS_UTF8})
-        if (ServedSet const* const set = vyn::servedSet(candidate); set && set->converter == converter)
-            return set;
-    return nullptr;
-}
-
 /// What `convert` returns, or 0 where memory runs out.
 template <class Convert>
 unsigned long orZero(Convert convert) {
@@ -124,7 +115,7 @@ unsigned long utf8ToLocal(char* dst, unsigned char const* src, unsigned long dst
     }
     unsigned long const room = dstSize - terminator;
     return orZero([&]() -> unsigned long {
-        if (ServedSet const* const set = setBehind(cs)) {
+        if (ServedSet const* const set = vyn::setBehind(cs)) {
             UnitPieces text(utf8Set(), src, static_cast<std::size_t>(-1));
             text.next();
             return text.count() != 0 ? encodePieces(text, *set, dst, room, op) : 0;
@@ -156,7 +147,7 @@ unsigned long LocalToUTF8(unsigned char* dst, char const* src, unsigned long dst
         return 0;
     }
     return orZero([&]() -> unsigned long {
-        ServedSet const* const local = setBehind(cs);
+        ServedSet const* const local = vyn::setBehind(cs);
         if (!local) {
             vyn::ScratchUnits text(length);
             bool illegal = false;
@@ -226,7 +217,7 @@ unsigned long LocalPathToUTF8(unsigned char* dst, char const* src, int dstSize) 
     }
     auto const size = static_cast<unsigned long>(dstSize);
     return orZero([&]() -> unsigned long {
-        if (ServedSet const* const set = setBehind(VYNCS_OS_DEFAULT)) {
+        if (ServedSet const* const set = vyn::setBehind(VYNCS_OS_DEFAULT)) {
             UnitPieces text(*set, src, length);
             text.next();
             return text.count() != 0 ? encodePieces(text, utf8Set(), dst, size - 1, ILLCHAR_REPLACE, unescapePiece) : 0;

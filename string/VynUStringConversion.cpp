@@ -1,5 +1,8 @@
 #include <vynulib/VynUString.h>
 
+#include "base/Surrogates.h"
+#include "charset/ServedSets.h"
+
 #include <vynulib/VynCharSetConverter.h>
 
 #include <algorithm>
@@ -11,6 +14,32 @@ namespace {
 
 constexpr unsigned long bytesPerCodePoint = 4; // in VYNCS_UTF32
 constexpr unsigned long widestTerminator = 4;
+
+/// Room for `count` bytes and more than a terminator, not initialised.
+std::unique_ptr<char[]> newBytes(unsigned long count) {
+    constexpr unsigned long spare = 8;
+    if (count > VynUString::npos - spare)
+        throw std::bad_array_new_length();
+    return std::unique_ptr<char[]>(new char[count + spare]);
+}
+
+/// The bytes of a short text, without counting them first. Null where the text is long or ends with half a pair, which
+/// converters count as nothing but convert, and where somebody else's converter has its own idea of a count.
+std::unique_ptr<char[]> renderAtOnce(VynUString const& text, VynCharSet cs, unsigned long& length) {
+    constexpr unsigned long mostBytes = 12288;
+    vyn::ServedSet const* const set = vyn::setBehind(cs);
+    if (!set || text.length() > mostBytes / (set->operations->elementSize * set->operations->maxElementsPerUnit))
+        return nullptr;
+    alignas(unsigned) char rendered[mostBytes + widestTerminator];
+    auto const done = set->operations->encodePart(set->converter, text.data(), rendered, mostBytes, ILLCHAR_REPLACE);
+    if (done.units != 0 && vyn::isHighSurrogate(text.data()[done.units - 1]))
+        return nullptr;
+    std::memset(rendered + done.bytes, 0, widestTerminator);
+    auto bytes = newBytes(done.bytes);
+    std::memcpy(bytes.get(), rendered, done.bytes + widestTerminator);
+    length = done.bytes;
+    return bytes;
+}
 
 } // namespace
 
@@ -31,14 +60,14 @@ char const* VynUString::c_str(VynCharSet cs) {
     if (m_oRep.m_pSecText != nullptr && m_oRep.m_eSecCharSet == cs)
         return m_oRep.m_pSecText;
 
-    constexpr unsigned long spare = 8; // the terminator, and more than enough
-    VynCharSetConverter& converter = *VynCharSetConverter::getConverter(cs);
     freeSecText();
-    unsigned long const room = converter.getNumBytes(data(), length());
-    if (room > npos - spare)
-        throw std::bad_array_new_length();
-    std::unique_ptr<char[]> bytes(new char[room + spare]);
-    m_oRep.m_ulSecLength = converter.fromUTF16(bytes.get(), data(), room, ILLCHAR_REPLACE, nullptr);
+    std::unique_ptr<char[]> bytes = renderAtOnce(*this, cs, m_oRep.m_ulSecLength);
+    if (!bytes) {
+        VynCharSetConverter& converter = *VynCharSetConverter::getConverter(cs);
+        unsigned long const room = converter.getNumBytes(data(), length());
+        bytes = newBytes(room);
+        m_oRep.m_ulSecLength = converter.fromUTF16(bytes.get(), data(), room, ILLCHAR_REPLACE, nullptr);
+    }
     m_oRep.m_eSecCharSet = cs;
     m_oRep.m_pSecText = bytes.release();
     return m_oRep.m_pSecText;

@@ -3,6 +3,8 @@
 #include <vynulib/VynCharSetConverter.h>
 
 #include "base/PaddedBytes.h"
+#include "charset/ServedSets.h"
+#include "charset/UnitPieces.h"
 #include "converters/kernels/UnitScan.h"
 #include "string/Draft.h"
 
@@ -11,6 +13,25 @@
 #include <cstring>
 #include <stdexcept>
 #include <utility>
+
+namespace {
+
+/// Gives `write(units, count)` the units of a terminated text that its converter counts as it converts it, if they are few.
+/// False otherwise: where a character is irregular, or a byte may become two units, the count has rules of its own.
+template <class Write>
+bool decodeAtOnce(char const* text, VynCharSet cs, Write write) {
+    vyn::ServedSet const* const set = vyn::setBehind(cs);
+    if (!set || set->operations->maxUnitsPerElement != 1 || set->operations->elementSize != 1)
+        return false;
+    vyn::UnitPieces pieces(*set, text, VynUString::npos);
+    pieces.next();
+    if (pieces.sawIllegal() || !pieces.isLast())
+        return false;
+    write(pieces.units(), pieces.count());
+    return true;
+}
+
+} // namespace
 
 void VynUString::range_error() {
     throw std::out_of_range("invalid string index given");
@@ -114,6 +135,9 @@ VynUString::VynUString(char const* s, VynCharSet cs) : VynUString(s, npos, cs) {
 
 VynUString::VynUString(char const* s, unsigned long len, VynCharSet cs) : VynUString() {
     if (s == nullptr)
+        return;
+    auto const write = [this](unsigned short const* units, unsigned long count) { Draft::write(*this, units, count); };
+    if (len == npos && decodeAtOnce(s, cs, write))
         return;
     VynCharSetConverter& converter = *VynCharSetConverter::getConverter(cs);
     // A converter's count trusts what a lead byte promises, past the terminator too, which memory may end with. Where

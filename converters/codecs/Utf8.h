@@ -66,6 +66,13 @@ struct Utf8Codec {
         return {text.has(1) ? 2U : 1U, unitEscapeLength};
     }
 
+    BulkCounted<Element> countVectors(Element const* src, Element const* end) const {
+        return kernels.countLenientUtf8(src, end);
+    }
+    BulkCounted<unsigned short> countVectors(unsigned short const* src, unsigned short const* end) const {
+        return kernels.countUtf8(src, end);
+    }
+
     BulkDecoded<Element> decodeVectors(Element const* src, Element const* end, unsigned short* dst) const {
         return kernels.decodeLenientUtf8(src, end, dst);
     }
@@ -98,7 +105,7 @@ private:
 
 static_assert(DecodesVectors<Utf8Codec> && EncodesVectors<Utf8Codec>);
 static_assert(DecodesBlocks<Utf8Codec> && EncodesBlocks<Utf8Codec> && CountsUnits<Utf8Codec>);
-static_assert(ReplacesPairsOutOfRoom<Utf8Codec> && TakesEscapeToll<Utf8Codec>);
+static_assert(CountsVectors<Utf8Codec> && ReplacesPairsOutOfRoom<Utf8Codec> && TakesEscapeToll<Utf8Codec>);
 
 /// For texts with a length: Unicode's well-formed sequences only. An ill-formed one is as long as its maximal subpart, the
 /// bytes that could begin a well-formed one.

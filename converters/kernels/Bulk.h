@@ -14,5 +14,11 @@ struct BulkEncoded {
     unsigned short const* src;
     Element* dst;
 };
+/// The same of a count.
+template <class Element>
+struct BulkCounted {
+    Element const* src;
+    unsigned long count;
+};
 
 } // namespace vyn

@@ -17,11 +17,18 @@ Bulk takeNothing(Table const&, Source const* src, Source const*, Target* dst) {
     return {src, dst};
 }
 
+template <class Element>
+BulkCounted<Element> countNothing(Element const* src, Element const*) {
+    return {src, 0};
+}
+
 constexpr Kernels portableKernels = {
     .level = "portable",
     .decodeLenientUtf8 = takeNothing,
     .decodeStrictUtf8 = takeNothing,
     .encodeUtf8 = takeNothing,
+    .countLenientUtf8 = countNothing,
+    .countUtf8 = countNothing,
     .decodeSingleByte = takeNothing,
     .encodeSingleByte = takeNothing,
     .decodeDoubleByte = takeNothing,

@@ -31,6 +31,10 @@ struct Kernels {
     Decode* decodeStrictUtf8;
     Encode* encodeUtf8; ///< Takes no surrogate without its other half.
 
+    /// The units that the first kind of text becomes, and the bytes of the second.
+    BulkCounted<unsigned char> (*countLenientUtf8)(unsigned char const* src, unsigned char const* end);
+    BulkCounted<unsigned short> (*countUtf8)(unsigned short const* src, unsigned short const* end);
+
     DecodeBy<SingleByteRows>* decodeSingleByte;
     EncodeBy<SingleByteRows>* encodeSingleByte;
     DecodeBy<DoubleByteRows>* decodeDoubleByte;

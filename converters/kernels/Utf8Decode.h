@@ -194,5 +194,18 @@ template <Utf8Rules Rules>
     return done();
 }
 
+/// The units of the whole sequences in the blocks of a text.
+[[gnu::flatten]] inline BulkCounted<unsigned char> countUtf8Units(unsigned char const* src, unsigned char const* end) {
+    unsigned long count = 0;
+    while (end - src >= blockBytes) {
+        Utf8Shape const shape = shapeOf<Utf8Rules::lenient>(src);
+        if (!shape.regular)
+            break;
+        count += countOf(shape.units);
+        src += shape.end;
+    }
+    return {src, count};
+}
+
 } // namespace
 } // namespace vyn

@@ -158,5 +158,30 @@ inline unsigned char* storeExactly(unsigned short const* src, Utf16Shape shape, 
     return {src, dst};
 }
 
+/// The bytes that the blocks of a text become.
+[[gnu::flatten]] inline BulkCounted<unsigned short> countUtf8Bytes(unsigned short const* src,
+                                                                   unsigned short const* end) {
+    unsigned long count = 0;
+    while (end - src >= blockUnits) {
+        Utf16Shape const shape = shapeOf(src);
+        if (shape.kind == Utf16Kind::irregular)
+            break;
+        if (shape.kind == Utf16Kind::ascii) {
+            count += blockUnits;
+        } else {
+            UnitBlock block;
+            loadBlock(block, src);
+            std::uint32_t const longer = bitsOf(block, [](Units vector) { return units(vector > 0x7F); });
+            std::uint32_t const longest =
+                bitsOf(block, [](Units vector) { return units(vector > 0x7FF) & ~isSurrogate(vector); });
+            // A half of a pair at the end, which is not taken, is one of two bytes like others.
+            count += static_cast<unsigned long>(blockUnits) + countOf(longer) + countOf(longest);
+            count -= 2 * static_cast<unsigned long>(blockUnits - shape.length);
+        }
+        src += shape.length;
+    }
+    return {src, count};
+}
+
 } // namespace
 } // namespace vyn

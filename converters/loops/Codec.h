@@ -118,6 +118,13 @@ concept CountsUnits = requires(Codec const& codec, Limited<typename Codec::Eleme
     { codec.countOne(text) } -> std::same_as<Counted>;
 };
 
+/// Bulk forms of counting, for texts without a terminator: as many regular characters as come by the block.
+template <class Codec>
+concept CountsVectors = requires(Codec const& codec, typename Codec::Element const* src, unsigned short const* units) {
+    { codec.countVectors(src, src) } -> std::same_as<BulkCounted<typename Codec::Element>>;
+    { codec.countVectors(units, units) } -> std::same_as<BulkCounted<unsigned short>>;
+};
+
 /// A codec of texts with a length, where zeros are elements like others and a loss must be told from a character.
 template <class Codec>
 concept DecodesPieces = requires(Codec const& codec, Bounded<typename Codec::Element> bounded,

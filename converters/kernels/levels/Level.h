@@ -16,6 +16,8 @@ constexpr Kernels kernelsOf(char const* level) {
         .decodeLenientUtf8 = decodeUtf8<Utf8Rules::lenient>,
         .decodeStrictUtf8 = decodeUtf8<Utf8Rules::strict>,
         .encodeUtf8 = encodeUtf8,
+        .countLenientUtf8 = countUtf8Units,
+        .countUtf8 = countUtf8Bytes,
         .decodeSingleByte = decodeSingleByte,
         .encodeSingleByte = encodeSingleByte,
         .decodeDoubleByte = decodeDoubleByte,
