@@ -1,5 +1,7 @@
 #include "string/UnitSearch.h"
 
+#include "converters/kernels/Kernels.h"
+
 #include <algorithm>
 
 namespace vyn {
@@ -10,37 +12,23 @@ struct Forward {
     unsigned short const* first;
     unsigned short operator[](unsigned long i) const { return first[i]; }
     Forward from(unsigned long i) const { return {first + i}; }
+
+    // The first of `count` positions at which both ends of a pattern stand, or `count`.
+    unsigned long findEnds(unsigned long count, Forward pattern, unsigned long distance) const {
+        return kernels.firstEnds(first, count, {pattern[0], pattern[1], pattern[distance], distance});
+    }
 };
 struct Backward {
     unsigned short const* last;
     unsigned short operator[](unsigned long i) const { return *(last - i); }
     Backward from(unsigned long i) const { return {last - i}; }
-};
 
-// A cache line of text: two to four vectors, whose results take one branch together.
-constexpr unsigned long positionsPerBlock = 32;
-
-// The first of `count` positions from `from` on at which `matches` is 1, or `count`. Whole blocks are skipped without
-// a branch in them, which leaves it to the compiler to take them several units at a time.
-template <class Matches>
-unsigned long firstMatch(unsigned long from, unsigned long count, Matches matches) {
-    unsigned long i = from;
-    for (; count - i >= positionsPerBlock; i += positionsPerBlock) {
-        unsigned short any = 0;
-        for (unsigned long j = 0; j < positionsPerBlock; ++j)
-            any = static_cast<unsigned short>(any | matches(i + j));
-        if (any != 0)
-            break;
+    unsigned long findEnds(unsigned long count, Backward pattern, unsigned long distance) const {
+        unsigned long const at = kernels.lastEnds(last - distance - (count - 1), count,
+                                                  {pattern[distance], pattern[distance - 1], pattern[0], distance});
+        return at == count ? count : count - 1 - at;
     }
-    while (i < count && matches(i) == 0)
-        ++i;
-    return i;
-}
-
-template <class Units>
-unsigned long findOne(Units text, unsigned long length, unsigned short unit) {
-    return firstMatch(0, length, [=](unsigned long i) { return static_cast<unsigned short>(text[i] == unit); });
-}
+};
 
 // Where the greatest suffix of a pattern starts, in the order of the units or in its reverse, and that suffix's period.
 struct Suffix {
@@ -108,14 +96,14 @@ unsigned long findTwoWay(Units text, unsigned long length, Units pattern, unsign
     return notFound;
 }
 
-// When trying candidates has cost too much, in units compared. A candidate ends a block of `firstMatch` early, which is
-// charged as eight units. The two-way search compares each unit at most twice, so that more than that is worth a
+// When trying candidates has cost too much, in units compared. A candidate ends a block of the filter early, which
+// is charged as eight units. The two-way search compares each unit at most twice, so that more than that is worth a
 // change; but it reads the whole pattern first, which a few bad candidates at the start of a text are not worth.
 constexpr unsigned long costOfCandidate = 8;
 constexpr unsigned long costPerUnit = 2;
 constexpr unsigned long costToBegin = 1024;
 
-// Tries the positions where both the first and the last unit of the pattern fit, and changes over to the two-way search
+// Tries the positions where both ends of the pattern, of two units or more, fit, and changes over to the two-way search
 // where comparing the rest there has cost too much for the distance covered.
 template <class Units>
 unsigned long findMany(Units text, unsigned long length, Units pattern, unsigned long patternLength) {
@@ -123,14 +111,12 @@ unsigned long findMany(Units text, unsigned long length, Units pattern, unsigned
         return notFound;
     unsigned long const end = length - patternLength + 1;
     unsigned long const lastIndex = patternLength - 1;
-    unsigned short const first = pattern[0], last = pattern[lastIndex];
-    auto const endsFit = [=](unsigned long i) {
-        unsigned short const differs = (text[i] ^ first) | (text[i + lastIndex] ^ last);
-        return static_cast<unsigned short>(differs == 0);
+    auto const candidateFrom = [=](unsigned long at) {
+        return at + text.from(at).findEnds(end - at, pattern, lastIndex);
     };
 
     unsigned long cost = 0;
-    for (unsigned long at = firstMatch(0, end, endsFit); at < end; at = firstMatch(at + 1, end, endsFit)) {
+    for (unsigned long at = candidateFrom(0); at < end; at = candidateFrom(at + 1)) {
         unsigned long same = 1;
         while (same < lastIndex && pattern[same] == text[at + same])
             ++same;
@@ -149,22 +135,26 @@ unsigned long findMany(Units text, unsigned long length, Units pattern, unsigned
 } // namespace
 
 unsigned long findUnit(unsigned short const* text, unsigned long length, unsigned short unit) noexcept {
-    unsigned long const at = findOne(Forward{text}, length, unit);
+    unsigned long const at = kernels.firstUnit(text, length, unit);
     return at == length ? notFound : at;
 }
 
 unsigned long findLastUnit(unsigned short const* text, unsigned long length, unsigned short unit) noexcept {
-    unsigned long const at = findOne(Backward{text + length - 1}, length, unit);
-    return at == length ? notFound : length - 1 - at;
+    unsigned long const at = kernels.lastUnit(text, length, unit);
+    return at == length ? notFound : at;
 }
 
 unsigned long findUnits(unsigned short const* text, unsigned long length, unsigned short const* pattern,
                         unsigned long patternLength) noexcept {
+    if (patternLength == 1)
+        return findUnit(text, length, *pattern);
     return findMany(Forward{text}, length, Forward{pattern}, patternLength);
 }
 
 unsigned long findLastUnits(unsigned short const* text, unsigned long length, unsigned short const* pattern,
                             unsigned long patternLength) noexcept {
+    if (patternLength == 1)
+        return findLastUnit(text, length, *pattern);
     unsigned long const at =
         findMany(Backward{text + length - 1}, length, Backward{pattern + patternLength - 1}, patternLength);
     return at == notFound ? notFound : length - patternLength - at;

@@ -11,8 +11,9 @@ namespace {
 // How much of `s` an occurrence is compared with: the comparison starts after the first unit, which may be zero, and
 // ends with the first zero unit from there on.
 unsigned long comparedLength(VynUString const& s) {
-    unsigned long const zero = vyn::findUnit(s.data() + 1, s.length() - 1, 0);
-    return zero == vyn::notFound ? s.length() : zero + 2;
+    unsigned short const* const end = s.data() + s.length();
+    unsigned short const* const zero = std::find(s.data() + 1, end, 0); // inline, as what is sought is mostly short
+    return static_cast<unsigned long>(zero - s.data()) + (zero != end);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "converters/kernels/Kernels.h"
 
+#include "converters/kernels/PortableUnits.h"
 #include "converters/kernels/UnitScan.h"
 
 #include <cstdlib>
@@ -34,6 +35,10 @@ constexpr Kernels portableKernels = {
     .decodeDoubleByte = takeNothing,
     .encodeDoubleByte = takeNothing,
     .unitLength = unitLengthByWords,
+    .firstUnit = firstUnitByBlocks,
+    .lastUnit = lastUnitByBlocks,
+    .firstEnds = firstEndsByBlocks,
+    .lastEnds = lastEndsByBlocks,
 };
 
 struct Level {

@@ -11,6 +11,12 @@ struct SingleByteRows;
 /// U+10FFFF.
 enum class Utf8Rules { lenient, strict };
 
+/// The first two units of a pattern and its last, and how far the last is from the first: 1 or more.
+struct PatternEnds {
+    unsigned short first, second, last;
+    unsigned long distance;
+};
+
 /// The bulk forms that use the vectors of one instruction set. Each converts characters from the start of [src, end), as
 /// long as they are regular and come by the block; what it leaves, up to everything, is for the forms that need no vectors.
 /// There is no terminator in it, and room for all that it becomes and a terminator. Nothing else is read, and nothing is
@@ -42,6 +48,17 @@ struct Kernels {
 
     /// As `unitLengthByWords`, whose blocks are those that hold a unit of the text.
     unsigned long (*unitLength)(unsigned short const* text, unsigned long maxUnits);
+
+    // The following take texts of any length, zero units included, and leave nothing.
+
+    /// The first or last of `count` positions at which a unit stands, or both ends of a pattern, or `count`. The text goes
+    /// on behind the positions for the distance of the ends.
+    using FindUnit = unsigned long(unsigned short const* text, unsigned long count, unsigned short unit);
+    using FindEnds = unsigned long(unsigned short const* text, unsigned long count, PatternEnds ends);
+    FindUnit* firstUnit;
+    FindUnit* lastUnit;
+    FindEnds* firstEnds;
+    FindEnds* lastEnds;
 };
 
 /// Those of the best instruction set that this machine has, and of none until the library is loaded. The variable

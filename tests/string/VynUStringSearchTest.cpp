@@ -111,6 +111,24 @@ TEST(VynUStringSearch, FindsWhatALiteralSearchFinds) {
     }
 }
 
+// What strings do by the block, they do with every rest behind the last block.
+TEST(VynUStringSearch, EveryPositionInTextsOfEveryLength) {
+    for (unsigned long length = 1; length <= 140 && !HasFailure(); ++length)
+        for (unsigned long at = 0; at < length && !HasFailure(); ++at)
+            for (char16_t const unit : {u'z', u'\xE9'}) {
+                SCOPED_TRACE(testing::Message()
+                             << length << " units, " << at << (unit == u'z' ? ": ASCII" : ": other"));
+                Text text(length, u'#');
+                text[at] = unit;
+                VynUString const string = makeString(text), pattern = makeString(text.substr(at, 2));
+                Text const rest(length - at - 1, u'#');
+                EXPECT_EQ(makeString(Text(at, u'#') + Text(length - at, unit)).find(unit), at);
+                EXPECT_EQ(makeString(Text(at + 1, unit) + rest).rfind(unit, length - 1), at);
+                EXPECT_EQ(string.find(pattern), at);
+                EXPECT_EQ(string.rfind(pattern), at);
+            }
+}
+
 TEST(VynUStringSearch, ShortcutsAreKept) {
     VynUString const hello("hello"), ell("ell"), none;
     EXPECT_EQ(hello.rfind(u'l', 10), 4u);

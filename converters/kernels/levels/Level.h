@@ -3,6 +3,7 @@
 #include "converters/kernels/DoubleByte.h"
 #include "converters/kernels/SingleByte.h"
 #include "converters/kernels/UnitLength.h"
+#include "converters/kernels/UnitSearch.h"
 #include "converters/kernels/Utf8Decode.h"
 #include "converters/kernels/Utf8Encode.h"
 
@@ -23,6 +24,10 @@ constexpr Kernels kernelsOf(char const* level) {
         .decodeDoubleByte = decodeDoubleByte,
         .encodeDoubleByte = encodeDoubleByte,
         .unitLength = unitLength,
+        .firstUnit = firstUnit,
+        .lastUnit = lastUnit,
+        .firstEnds = firstEnds,
+        .lastEnds = lastEnds,
     };
 }
 

@@ -1,0 +1,62 @@
+#include "converters/kernels/PortableUnits.h"
+
+namespace vyn {
+namespace {
+
+constexpr unsigned long blockUnits = 32;
+
+/// The first of `count` positions at which `matches` is 1, not 0, or `count`.
+template <class Matches>
+unsigned long firstMatch(unsigned long count, Matches matches) {
+    unsigned long i = 0;
+    for (; count - i >= blockUnits; i += blockUnits) {
+        unsigned short any = 0; // as wide as a unit, so that compilers use vectors
+        for (unsigned long j = 0; j < blockUnits; ++j)
+            any = static_cast<unsigned short>(any | matches(i + j));
+        if (any != 0)
+            break;
+    }
+    while (i < count && matches(i) == 0)
+        ++i;
+    return i;
+}
+
+/// The last one, or `count`.
+template <class Matches>
+unsigned long lastMatch(unsigned long count, Matches matches) {
+    unsigned long const last = count - 1;
+    unsigned long const fromLast = firstMatch(count, [=](unsigned long i) { return matches(last - i); });
+    return fromLast == count ? count : last - fromLast;
+}
+
+auto isUnit(unsigned short const* text, unsigned short unit) {
+    return [=](unsigned long i) { return static_cast<unsigned short>(text[i] == unit); };
+}
+
+auto areEnds(unsigned short const* text, PatternEnds ends) {
+    return [=](unsigned long i) {
+        unsigned short const differs =
+            (text[i] ^ ends.first) | (text[i + 1] ^ ends.second) | (text[i + ends.distance] ^ ends.last);
+        return static_cast<unsigned short>(differs == 0);
+    };
+}
+
+} // namespace
+
+unsigned long firstUnitByBlocks(unsigned short const* text, unsigned long count, unsigned short unit) {
+    return firstMatch(count, isUnit(text, unit));
+}
+
+unsigned long lastUnitByBlocks(unsigned short const* text, unsigned long count, unsigned short unit) {
+    return lastMatch(count, isUnit(text, unit));
+}
+
+unsigned long firstEndsByBlocks(unsigned short const* text, unsigned long count, PatternEnds ends) {
+    return firstMatch(count, areEnds(text, ends));
+}
+
+unsigned long lastEndsByBlocks(unsigned short const* text, unsigned long count, PatternEnds ends) {
+    return lastMatch(count, areEnds(text, ends));
+}
+
+} // namespace vyn

@@ -1,0 +1,15 @@
+#pragma once
+
+#include "converters/kernels/Kernels.h"
+
+// The forms of kernels for texts of units that use no vectors by themselves. Their loops over a block have no branch in
+// them, so that compilers use vectors.
+
+namespace vyn {
+
+unsigned long firstUnitByBlocks(unsigned short const* text, unsigned long count, unsigned short unit);
+unsigned long lastUnitByBlocks(unsigned short const* text, unsigned long count, unsigned short unit);
+unsigned long firstEndsByBlocks(unsigned short const* text, unsigned long count, PatternEnds ends);
+unsigned long lastEndsByBlocks(unsigned short const* text, unsigned long count, PatternEnds ends);
+
+} // namespace vyn
