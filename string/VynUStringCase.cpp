@@ -1,46 +1,34 @@
 #include <vynulib/VynUString.h>
 
+#include "converters/kernels/Kernels.h"
+#include "string/CaseMaps.h"
 #include "string/UnitCase.h"
 
 namespace {
 
-using Mapping = unsigned short(unsigned short);
-
-// Whether any unit changed.
-template <Mapping map>
-bool mapUnits(unsigned short* units, unsigned long count) {
-    unsigned short changed = 0;
-    for (unsigned long i = 0; i < count; ++i) {
-        unsigned short const unit = map(units[i]);
-        changed = static_cast<unsigned short>(changed | (units[i] ^ unit));
-        units[i] = unit;
-    }
-    return changed != 0;
-}
-
-// Loads the table where a unit needs it: memory may run out here, while the text is whole, and not later.
-void prepare(VynUCharTable& table, unsigned short const* units, unsigned long count) {
+bool isAscii(unsigned short const* units, unsigned long count) {
     unsigned short all = 0; // as wide as a unit, so that compilers use vectors
     for (unsigned long i = 0; i < count; ++i)
         all = static_cast<unsigned short>(all | units[i]);
-    if (all > vyn::lastAscii)
-        table.load();
+    return all <= vyn::lastAscii;
+}
+
+// Builds the map where a unit needs it: memory may run out here, while the text is whole, and not later. Returns whether
+// any unit changed.
+bool changeCase(vyn::LazyCaseMap& lazyMap, unsigned short* units, unsigned long count, bool asciiOnly) {
+    if (asciiOnly || (!lazyMap.built() && isAscii(units, count)))
+        return vyn::kernels.changeAsciiCase(units, count, lazyMap.changedInAscii());
+    return vyn::kernels.changeCase(units, count, lazyMap.map());
 }
 
 } // namespace
 
 void VynUString::toUpper(bool asciiOnly) {
-    unsigned short* const units = m_oRep.m_pText;
-    if (!asciiOnly)
-        prepare(VynUChar::m_gUpperCaseTable, units, length());
-    if (asciiOnly ? mapUnits<vyn::asciiUpper>(units, length()) : mapUnits<vyn::upper>(units, length()))
+    if (changeCase(vyn::upperCase, m_oRep.m_pText, length(), asciiOnly))
         freeSecText();
 }
 
 void VynUString::toLower(bool asciiOnly) {
-    unsigned short* const units = m_oRep.m_pText;
-    if (!asciiOnly)
-        prepare(VynUChar::m_gLowerCaseTable, units, length());
-    if (asciiOnly ? mapUnits<vyn::asciiLower>(units, length()) : mapUnits<vyn::lower>(units, length()))
+    if (changeCase(vyn::lowerCase, m_oRep.m_pText, length(), asciiOnly))
         freeSecText();
 }

@@ -1,6 +1,7 @@
 #include <vynulib/VynUCharTable.h>
 
 #include "base/LazyBuilder.h"
+#include "unicode/UnitRanges.h"
 
 VynUCharTable::~VynUCharTable() {
     vyn::LazyBuilder::release(m_table);
@@ -9,13 +10,8 @@ VynUCharTable::~VynUCharTable() {
 LookupTable<unsigned short> const& VynUCharTable::loaded() {
     return vyn::LazyBuilder::build(m_table, [this] {
         auto table = std::make_unique<LookupTable<unsigned short>>();
-        for (unsigned short const* range = m_pRanges; range[0] != 0; range += 3) {
-            unsigned value = range[2];
-            for (unsigned unit = range[0]; unit <= range[1]; ++unit) {
-                table->insert(static_cast<unsigned short>(unit), static_cast<unsigned short>(value));
-                value += m_bCounting;
-            }
-        }
+        vyn::forUnitsIn(m_pRanges, m_bCounting,
+                        [&](unsigned short unit, unsigned short value) { table->insert(unit, value); });
         return table;
     });
 }

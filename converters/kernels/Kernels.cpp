@@ -39,6 +39,8 @@ constexpr Kernels portableKernels = {
     .lastUnit = lastUnitByBlocks,
     .firstEnds = firstEndsByBlocks,
     .lastEnds = lastEndsByBlocks,
+    .changeAsciiCase = changeAsciiCaseByUnits,
+    .changeCase = changeCaseByUnits,
 };
 
 struct Level {

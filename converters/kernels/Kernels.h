@@ -1,6 +1,7 @@
 #pragma once
 
 #include "converters/kernels/Bulk.h"
+#include "converters/kernels/CaseMap.h"
 
 namespace vyn {
 
@@ -59,6 +60,10 @@ struct Kernels {
     FindUnit* lastUnit;
     FindEnds* firstEnds;
     FindEnds* lastEnds;
+
+    /// Change units in place and return whether any is another now: letters of ASCII alone, and as `map` says.
+    bool (*changeAsciiCase)(unsigned short* text, unsigned long count, AsciiLetters changed);
+    bool (*changeCase)(unsigned short* text, unsigned long count, CaseMap const& map);
 };
 
 /// Those of the best instruction set that this machine has, and of none until the library is loaded. The variable

@@ -41,6 +41,23 @@ auto areEnds(unsigned short const* text, PatternEnds ends) {
     };
 }
 
+/// Whether a unit changed.
+template <class Map>
+bool mapUnits(unsigned short* text, unsigned long count, Map map) {
+    unsigned short changes = 0;
+    for (unsigned long i = 0; i < count; ++i) {
+        unsigned short const unit = map(text[i]);
+        changes = static_cast<unsigned short>(changes | (text[i] ^ unit));
+        text[i] = unit;
+    }
+    return changes != 0;
+}
+
+constexpr unsigned short withAsciiChanged(unsigned short unit, AsciiLetters changed) {
+    bool const changes = static_cast<unsigned short>(unit - changed) < asciiLetterCount;
+    return static_cast<unsigned short>(unit ^ (changes ? asciiCaseBit : 0));
+}
+
 } // namespace
 
 unsigned long firstUnitByBlocks(unsigned short const* text, unsigned long count, unsigned short unit) {
@@ -57,6 +74,14 @@ unsigned long firstEndsByBlocks(unsigned short const* text, unsigned long count,
 
 unsigned long lastEndsByBlocks(unsigned short const* text, unsigned long count, PatternEnds ends) {
     return lastMatch(count, areEnds(text, ends));
+}
+
+bool changeAsciiCaseByUnits(unsigned short* text, unsigned long count, AsciiLetters changed) {
+    return mapUnits(text, count, [changed](unsigned short unit) { return withAsciiChanged(unit, changed); });
+}
+
+bool changeCaseByUnits(unsigned short* text, unsigned long count, CaseMap const& map) {
+    return mapUnits(text, count, [&map](unsigned short unit) { return map.of[unit]; });
 }
 
 } // namespace vyn

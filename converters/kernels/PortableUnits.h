@@ -1,5 +1,6 @@
 #pragma once
 
+#include "converters/kernels/CaseMap.h"
 #include "converters/kernels/Kernels.h"
 
 // The forms of kernels for texts of units that use no vectors by themselves. Their loops over a block have no branch in
@@ -11,5 +12,7 @@ unsigned long firstUnitByBlocks(unsigned short const* text, unsigned long count,
 unsigned long lastUnitByBlocks(unsigned short const* text, unsigned long count, unsigned short unit);
 unsigned long firstEndsByBlocks(unsigned short const* text, unsigned long count, PatternEnds ends);
 unsigned long lastEndsByBlocks(unsigned short const* text, unsigned long count, PatternEnds ends);
+bool changeAsciiCaseByUnits(unsigned short* text, unsigned long count, AsciiLetters changed);
+bool changeCaseByUnits(unsigned short* text, unsigned long count, CaseMap const& map);
 
 } // namespace vyn

@@ -2,6 +2,7 @@
 
 #include "converters/kernels/DoubleByte.h"
 #include "converters/kernels/SingleByte.h"
+#include "converters/kernels/UnitCase.h"
 #include "converters/kernels/UnitLength.h"
 #include "converters/kernels/UnitSearch.h"
 #include "converters/kernels/Utf8Decode.h"
@@ -28,6 +29,8 @@ constexpr Kernels kernelsOf(char const* level) {
         .lastUnit = lastUnit,
         .firstEnds = firstEnds,
         .lastEnds = lastEnds,
+        .changeAsciiCase = changeAsciiCase,
+        .changeCase = changeCase,
     };
 }
 
