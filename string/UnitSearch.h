@@ -1,7 +1,5 @@
 #pragma once
 
-#include <cstring>
-
 namespace vyn {
 
 constexpr unsigned long notFound = ~0UL;
@@ -17,16 +15,5 @@ unsigned long findUnits(unsigned short const* text, unsigned long length, unsign
                         unsigned long patternLength) noexcept;
 unsigned long findLastUnits(unsigned short const* text, unsigned long length, unsigned short const* pattern,
                             unsigned long patternLength) noexcept;
-
-/// Units that `equalBlocks` looks at: a vector or two, so that texts which differ early are not looked at in vain.
-constexpr unsigned long blockUnits = 16;
-
-/// Whether the next `blockUnits` units of both texts are equal, and none is zero.
-inline bool equalBlocks(unsigned short const* a, unsigned short const* b) noexcept {
-    unsigned short zero = 0;
-    for (unsigned long i = 0; i < blockUnits; ++i)
-        zero = static_cast<unsigned short>(zero | (a[i] == 0));
-    return zero == 0 && std::memcmp(a, b, blockUnits * sizeof *a) == 0;
-}
 
 } // namespace vyn

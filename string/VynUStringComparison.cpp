@@ -1,17 +1,22 @@
 #include <vynulib/VynUString.h>
 
+#include "converters/kernels/Kernels.h"
+#include "string/CaseMaps.h"
 #include "string/UnitCase.h"
-#include "string/UnitSearch.h"
 
 #include <algorithm>
 
 namespace {
 
-constexpr int undecided = 2;
+constexpr auto exact = [](unsigned short unit) { return unit; };
 
-// -1, 0 or 1 where the first `count` units decide, by a difference that folding leaves or by a zero unit in both.
+// -1, 0 or 1 as the first `count` units decide: by a difference that folding leaves, up to a zero unit in both.
 template <class Fold>
-int compareUnits(unsigned short const* a, unsigned short const* b, unsigned long count, Fold fold) {
+int comparePointers(unsigned short const* a, unsigned short const* b, unsigned long count, Fold fold) {
+    if (count == 0)
+        return 0;
+    if (a == nullptr || b == nullptr)
+        return (a != nullptr) - (b != nullptr);
     for (unsigned long i = 0; i < count; ++i) {
         if (a[i] != b[i]) {
             unsigned short const left = fold(a[i]), right = fold(b[i]);
@@ -21,34 +26,21 @@ int compareUnits(unsigned short const* a, unsigned short const* b, unsigned long
             return 0;
         }
     }
-    return undecided;
-}
-
-template <class Fold>
-int comparePointers(unsigned short const* a, unsigned short const* b, unsigned long count, Fold fold) {
-    if (count == 0)
-        return 0;
-    if (a == nullptr || b == nullptr)
-        return (a != nullptr) - (b != nullptr);
-    int const result = compareUnits(a, b, count, fold);
-    return result == undecided ? 0 : result;
-}
-
-// As `comparePointers`, for texts of which `count` units can be read, whatever they hold.
-template <class Fold>
-int compareTexts(unsigned short const* a, unsigned short const* b, unsigned long count, Fold fold) {
-    for (unsigned long i = 0; i < count; i += vyn::blockUnits) {
-        unsigned long const units = std::min(count - i, vyn::blockUnits);
-        if (units == vyn::blockUnits && vyn::equalBlocks(a + i, b + i))
-            continue;
-        int const result = compareUnits(a + i, b + i, units, fold);
-        if (result != undecided)
-            return result;
-    }
     return 0;
 }
 
-constexpr auto exact = [](unsigned short unit) { return unit; };
+// The same for texts of which `count` units can be read, whatever they hold: the unit decides that ends what is the same.
+int compareTexts(unsigned short const* a, unsigned short const* b, unsigned long count) {
+    unsigned long const same = vyn::kernels.sameUnits(a, b, count);
+    return comparePointers(a + same, b + same, count - same, exact);
+}
+
+int compareTextsNoCase(unsigned short const* a, unsigned short const* b, unsigned long count) {
+    unsigned long same = vyn::kernels.sameUnitsNoCase(a, b, count, vyn::upperCase.built());
+    if (same < count && (a[same] | b[same]) > vyn::lastAscii)
+        same += vyn::kernels.sameUnitsNoCase(a + same, b + same, count - same, &vyn::upperCase.map());
+    return comparePointers(a + same, b + same, count - same, vyn::upper);
+}
 
 // The units of both texts that are there to compare: the terminator of the shorter one is the last.
 unsigned long comparable(VynUString const& a, VynUString const& b, unsigned long n) {
@@ -74,13 +66,13 @@ int VynUString::canonicalCompareNoCase(unsigned short const* a, unsigned short c
 int VynUString::compare(VynUString const& other, unsigned long n) const {
     if (m_pRep == other.m_pRep)
         return 0;
-    return compareTexts(data(), other.data(), comparable(*this, other, n), exact);
+    return compareTexts(data(), other.data(), comparable(*this, other, n));
 }
 
 int VynUString::compareNoCase(VynUString const& other, unsigned long n) const {
     if (m_pRep == other.m_pRep)
         return 0;
-    return compareTexts(data(), other.data(), comparable(*this, other, n), vyn::upper);
+    return compareTextsNoCase(data(), other.data(), comparable(*this, other, n));
 }
 
 bool VynUString::operator<(VynUString const& other) const {

@@ -39,6 +39,8 @@ constexpr Kernels portableKernels = {
     .lastUnit = lastUnitByBlocks,
     .firstEnds = firstEndsByBlocks,
     .lastEnds = lastEndsByBlocks,
+    .sameUnits = sameUnitsByBlocks,
+    .sameUnitsNoCase = sameUnitsNoCaseByBlocks,
     .changeAsciiCase = changeAsciiCaseByUnits,
     .changeCase = changeCaseByUnits,
 };

@@ -61,6 +61,13 @@ struct Kernels {
     FindEnds* firstEnds;
     FindEnds* lastEnds;
 
+    /// How many of `count` units of two texts are the same before a difference or a zero unit, or `count`.
+    unsigned long (*sameUnits)(unsigned short const* a, unsigned short const* b, unsigned long count);
+
+    /// As `map` makes them. Without a map, other units than ASCII letters that differ are different.
+    unsigned long (*sameUnitsNoCase)(unsigned short const* a, unsigned short const* b, unsigned long count,
+                                     CaseMap const* map);
+
     /// Change units in place and return whether any is another now: letters of ASCII alone, and as `map` says.
     bool (*changeAsciiCase)(unsigned short* text, unsigned long count, AsciiLetters changed);
     bool (*changeCase)(unsigned short* text, unsigned long count, CaseMap const& map);

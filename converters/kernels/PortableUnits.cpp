@@ -1,5 +1,7 @@
 #include "converters/kernels/PortableUnits.h"
 
+#include <cstring>
+
 namespace vyn {
 namespace {
 
@@ -41,6 +43,26 @@ auto areEnds(unsigned short const* text, PatternEnds ends) {
     };
 }
 
+/// Goes on from block to block that are equal and hold no zero unit, then from unit to unit up to one that `ends` it.
+template <class Ends>
+unsigned long sameLength(unsigned short const* a, unsigned short const* b, unsigned long count, Ends ends) {
+    auto const isEnd = [=](unsigned long i) { return ends(a[i], b[i]) || a[i] == 0; };
+    unsigned long i = 0;
+    for (; count - i >= blockUnits; i += blockUnits) {
+        unsigned short zero = 0;
+        for (unsigned long j = i; j < i + blockUnits; ++j)
+            zero = static_cast<unsigned short>(zero | (a[j] == 0));
+        if (zero == 0 && std::memcmp(a + i, b + i, blockUnits * sizeof *a) == 0)
+            continue;
+        for (unsigned long j = i; j < i + blockUnits; ++j)
+            if (isEnd(j))
+                return j;
+    }
+    while (i < count && !isEnd(i))
+        ++i;
+    return i;
+}
+
 /// Whether a unit changed.
 template <class Map>
 bool mapUnits(unsigned short* text, unsigned long count, Map map) {
@@ -74,6 +96,20 @@ unsigned long firstEndsByBlocks(unsigned short const* text, unsigned long count,
 
 unsigned long lastEndsByBlocks(unsigned short const* text, unsigned long count, PatternEnds ends) {
     return lastMatch(count, areEnds(text, ends));
+}
+
+unsigned long sameUnitsByBlocks(unsigned short const* a, unsigned short const* b, unsigned long count) {
+    return sameLength(a, b, count, [](unsigned short left, unsigned short right) { return left != right; });
+}
+
+unsigned long sameUnitsNoCaseByBlocks(unsigned short const* a, unsigned short const* b, unsigned long count,
+                                      CaseMap const* map) {
+    if (!map)
+        return sameLength(a, b, count, [](unsigned short left, unsigned short right) {
+            return withAsciiChanged(left, asciiSmall) != withAsciiChanged(right, asciiSmall);
+        });
+    return sameLength(a, b, count,
+                      [map](unsigned short left, unsigned short right) { return map->of[left] != map->of[right]; });
 }
 
 bool changeAsciiCaseByUnits(unsigned short* text, unsigned long count, AsciiLetters changed) {

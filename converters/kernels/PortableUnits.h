@@ -12,6 +12,9 @@ unsigned long firstUnitByBlocks(unsigned short const* text, unsigned long count,
 unsigned long lastUnitByBlocks(unsigned short const* text, unsigned long count, unsigned short unit);
 unsigned long firstEndsByBlocks(unsigned short const* text, unsigned long count, PatternEnds ends);
 unsigned long lastEndsByBlocks(unsigned short const* text, unsigned long count, PatternEnds ends);
+unsigned long sameUnitsByBlocks(unsigned short const* a, unsigned short const* b, unsigned long count);
+unsigned long sameUnitsNoCaseByBlocks(unsigned short const* a, unsigned short const* b, unsigned long count,
+                                      CaseMap const* map);
 bool changeAsciiCaseByUnits(unsigned short* text, unsigned long count, AsciiLetters changed);
 bool changeCaseByUnits(unsigned short* text, unsigned long count, CaseMap const& map);
 

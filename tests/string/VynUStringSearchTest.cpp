@@ -11,17 +11,21 @@
 namespace {
 
 TEST(VynUStringSearch, CaseMapsEveryUnitByItself) {
-    Text units(0x10000, 0);
+    Text units(0x10000, 0), separated;
     std::iota(units.begin(), units.end(), u'\0');
-    for (bool const asciiOnly : {false, true})
-        for (bool const up : {false, true}) {
-            VynUString mapped = makeString(units);
-            up ? mapped.toUpper(asciiOnly) : mapped.toLower(asciiOnly);
-            for (unsigned short const unit : units) {
-                unsigned const value = (up ? VynUChar::m_gUpperCaseTable : VynUChar::m_gLowerCaseTable).getValue(unit);
-                ASSERT_EQ(mapped.at(unit), value == 0 || (asciiOnly && unit > 0x7F) ? unit : value) << unit;
+    for (char16_t const unit : units)
+        separated += {unit, u'\x4E00'}; // ASCII beside what is none
+    for (Text const& text : {units, separated})
+        for (bool const asciiOnly : {false, true})
+            for (bool const up : {false, true}) {
+                VynUString mapped = makeString(text);
+                up ? mapped.toUpper(asciiOnly) : mapped.toLower(asciiOnly);
+                for (unsigned long i = 0; i < text.size(); ++i) {
+                    unsigned const value =
+                        (up ? VynUChar::m_gUpperCaseTable : VynUChar::m_gLowerCaseTable).getValue(text[i]);
+                    ASSERT_EQ(mapped.at(i), value == 0 || (asciiOnly && text[i] > 0x7F) ? text[i] : value) << i;
+                }
             }
-        }
 }
 
 // The strings skip equal stretches, the comparison of pointers walks: both see a difference, or an end, wherever it is.
@@ -113,19 +117,42 @@ TEST(VynUStringSearch, FindsWhatALiteralSearchFinds) {
 
 // What strings do by the block, they do with every rest behind the last block.
 TEST(VynUStringSearch, EveryPositionInTextsOfEveryLength) {
+    struct {
+        char16_t unit, upper, others;
+    } const rows[] = {{u'z', u'Z', u'#'}, {u'\xE9', u'\xC9', u'\xD7'}};
     for (unsigned long length = 1; length <= 140 && !HasFailure(); ++length)
         for (unsigned long at = 0; at < length && !HasFailure(); ++at)
-            for (char16_t const unit : {u'z', u'\xE9'}) {
+            for (auto const& [unit, upper, others] : rows) {
                 SCOPED_TRACE(testing::Message()
                              << length << " units, " << at << (unit == u'z' ? ": ASCII" : ": other"));
-                Text text(length, u'#');
+                Text text(length, others), other(length, u'%'), ended(length, u'+');
                 text[at] = unit;
+                ended[at] = u'\0';
                 VynUString const string = makeString(text), pattern = makeString(text.substr(at, 2));
-                Text const rest(length - at - 1, u'#');
-                EXPECT_EQ(makeString(Text(at, u'#') + Text(length - at, unit)).find(unit), at);
+                Text const rest(length - at - 1, others);
+                EXPECT_EQ(makeString(Text(at, others) + Text(length - at, unit)).find(unit), at);
                 EXPECT_EQ(makeString(Text(at + 1, unit) + rest).rfind(unit, length - 1), at);
                 EXPECT_EQ(string.find(pattern), at);
                 EXPECT_EQ(string.rfind(pattern), at);
+
+                VynUString mapped = string;
+                mapped.c_str(VYNCS_ISO_8859_1);
+                mapped.toUpper(false);
+                EXPECT_EQ(mapped.compare(string), -1);
+                EXPECT_EQ(string.compareNoCase(mapped), 0);
+                EXPECT_EQ(mapped.compareNoCase(string), 0);
+                EXPECT_EQ(mapped.find(upper), at);
+                EXPECT_EQ(mapped.c_str(VYNCS_ISO_8859_1)[at], static_cast<char>(upper));
+                mapped.toLower(false);
+                EXPECT_EQ(mapped.compare(string), 0);
+
+                mapped.at(at) = u'&';
+                EXPECT_EQ(mapped.compareNoCase(string), -1);
+                EXPECT_EQ(string.compareNoCase(mapped), 1);
+                other.replace(0, at, at, u'+');
+                other[at] = u'\0'; // what follows does not count
+                EXPECT_EQ(makeString(other).compare(makeString(ended)), 0);
+                EXPECT_EQ(makeString(other).compareNoCase(makeString(ended)), 0);
             }
 }
 

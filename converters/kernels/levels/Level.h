@@ -2,7 +2,7 @@
 
 #include "converters/kernels/DoubleByte.h"
 #include "converters/kernels/SingleByte.h"
-#include "converters/kernels/UnitCase.h"
+#include "converters/kernels/UnitComparison.h"
 #include "converters/kernels/UnitLength.h"
 #include "converters/kernels/UnitSearch.h"
 #include "converters/kernels/Utf8Decode.h"
@@ -29,6 +29,8 @@ constexpr Kernels kernelsOf(char const* level) {
         .lastUnit = lastUnit,
         .firstEnds = firstEnds,
         .lastEnds = lastEnds,
+        .sameUnits = sameUnits,
+        .sameUnitsNoCase = sameUnitsNoCase,
         .changeAsciiCase = changeAsciiCase,
         .changeCase = changeCase,
     };

@@ -31,6 +31,12 @@ inline Units units(auto vector) {
 inline Bytes load(void const* at) {
     return bytes(_mm256_loadu_si256(static_cast<__m256i const*>(at)));
 }
+/// For a vector that is used twice: compilers would load it twice.
+inline Bytes loadOnce(void const* at) {
+    Bytes vector = load(at);
+    asm("" : "+x"(vector));
+    return vector;
+}
 inline void store(void* at, auto vector) {
     _mm256_storeu_si256(static_cast<__m256i*>(at), raw(vector));
 }

@@ -26,6 +26,12 @@ inline Units units(auto vector) {
 inline Bytes load(void const* at) {
     return vld1q_u8(static_cast<unsigned char const*>(at));
 }
+/// For a vector that is used twice: compilers would load it twice.
+inline Bytes loadOnce(void const* at) {
+    Bytes vector = load(at);
+    asm("" : "+w"(vector));
+    return vector;
+}
 inline void store(void* at, auto vector) {
     vst1q_u8(static_cast<unsigned char*>(at), bytes(vector));
 }

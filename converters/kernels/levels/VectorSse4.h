@@ -34,6 +34,12 @@ inline Units units(auto vector) {
 inline Bytes load(void const* at) {
     return bytes(_mm_loadu_si128(static_cast<__m128i const*>(at)));
 }
+/// For a vector that is used twice: compilers would load it twice.
+inline Bytes loadOnce(void const* at) {
+    Bytes vector = load(at);
+    asm("" : "+x"(vector));
+    return vector;
+}
 inline void store(void* at, auto vector) {
     _mm_storeu_si128(static_cast<__m128i*>(at), raw(vector));
 }
