@@ -59,57 +59,57 @@ constexpr TextOfSet texts[] = {
     {"gb18030-english", VYNCS_GB18030, "GB18030", "gb18030", english},
 };
 
-Sample sampleOf(benchmark::State const& state, TextOfSet const& text) {
+Samples samplesOf(benchmark::State const& state, TextOfSet const& text) {
     return {text.cs, text.sentence, static_cast<std::size_t>(state.range(0))};
 }
 
 void vynulibDecode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
+    Samples samples = samplesOf(state, text);
     VynCharSetConverter& converter = *VynCharSetConverter::getConverter(text.cs);
-    measure(state, sample, sample.units, [&](char16_t* dst, std::size_t room) {
+    measure(state, samples, unitsOf, [&](Sample const& sample, char16_t* dst, std::size_t room) {
         return converter.toUTF16(reinterpret_cast<unsigned short*>(dst), sample.encoded.c_str(), room - 1,
                                  ILLCHAR_REPLACE, nullptr, -1);
     });
 }
 
 void vynulibEncode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
+    Samples samples = samplesOf(state, text);
     VynCharSetConverter& converter = *VynCharSetConverter::getConverter(text.cs);
-    auto const* const source = reinterpret_cast<unsigned short const*>(sample.units.c_str());
-    measure(state, sample, sample.encoded, [&](char* dst, std::size_t room) {
+    measure(state, samples, encodedOf, [&](Sample const& sample, char* dst, std::size_t room) {
+        auto const* const source = reinterpret_cast<unsigned short const*>(sample.units.c_str());
         return converter.fromUTF16(dst, source, room - 1, ILLCHAR_REPLACE, nullptr);
     });
 }
 
 void strictDecode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
-    measure(state, sample, sample.units, [&](char16_t* dst, std::size_t room) {
+    Samples samples = samplesOf(state, text);
+    measure(state, samples, unitsOf, [&](Sample const& sample, char16_t* dst, std::size_t room) {
         return vynulib::decode(text.cs, sample.encoded, dst, room, true).written;
     });
 }
 
 void strictEncode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
-    measure(state, sample, sample.encoded, [&](char* dst, std::size_t room) {
+    Samples samples = samplesOf(state, text);
+    measure(state, samples, encodedOf, [&](Sample const& sample, char* dst, std::size_t room) {
         return vynulib::encode(text.cs, sample.units, dst, room, true).written;
     });
 }
 
 void icuDecode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
+    Samples samples = samplesOf(state, text);
     UErrorCode error = U_ZERO_ERROR;
     icu::LocalUConverterPointer const converter(ucnv_open(text.icuName, &error));
-    measure(state, sample, sample.units, [&](char16_t* dst, std::size_t room) {
+    measure(state, samples, unitsOf, [&](Sample const& sample, char16_t* dst, std::size_t room) {
         return ucnv_toUChars(converter.getAlias(), dst, static_cast<int>(room), sample.encoded.data(),
                              static_cast<int>(sample.encoded.size()), &error);
     });
 }
 
 void icuEncode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
+    Samples samples = samplesOf(state, text);
     UErrorCode error = U_ZERO_ERROR;
     icu::LocalUConverterPointer const converter(ucnv_open(text.icuName, &error));
-    measure(state, sample, sample.encoded, [&](char* dst, std::size_t room) {
+    measure(state, samples, encodedOf, [&](Sample const& sample, char* dst, std::size_t room) {
         return ucnv_fromUChars(converter.getAlias(), dst, static_cast<int>(room), sample.units.data(),
                                static_cast<int>(sample.units.size()), &error);
     });
@@ -117,9 +117,9 @@ void icuEncode(benchmark::State& state, TextOfSet const& text) {
 
 /// ICU's functions for UTF-8 alone.
 void icuUtf8Decode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
+    Samples samples = samplesOf(state, text);
     UErrorCode error = U_ZERO_ERROR;
-    measure(state, sample, sample.units, [&](char16_t* dst, std::size_t room) {
+    measure(state, samples, unitsOf, [&](Sample const& sample, char16_t* dst, std::size_t room) {
         int length = 0;
         u_strFromUTF8(dst, static_cast<int>(room), &length, sample.encoded.data(),
                       static_cast<int>(sample.encoded.size()), &error);
@@ -128,9 +128,9 @@ void icuUtf8Decode(benchmark::State& state, TextOfSet const& text) {
 }
 
 void icuUtf8Encode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
+    Samples samples = samplesOf(state, text);
     UErrorCode error = U_ZERO_ERROR;
-    measure(state, sample, sample.encoded, [&](char* dst, std::size_t room) {
+    measure(state, samples, encodedOf, [&](Sample const& sample, char* dst, std::size_t room) {
         int length = 0;
         u_strToUTF8(dst, static_cast<int>(room), &length, sample.units.data(), static_cast<int>(sample.units.size()),
                     &error);
@@ -150,86 +150,81 @@ std::size_t iconvWhole(iconv_t handle, std::string_view source, Element* dst, st
 }
 
 void iconvDecode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
+    Samples samples = samplesOf(state, text);
     iconv_t const handle = iconv_open("UTF-16LE", text.iconvName);
-    measure(state, sample, sample.units,
-            [&](char16_t* dst, std::size_t room) { return iconvWhole(handle, sample.encoded, dst, room); });
+    measure(state, samples, unitsOf, [&](Sample const& sample, char16_t* dst, std::size_t room) {
+        return iconvWhole(handle, sample.encoded, dst, room);
+    });
     iconv_close(handle);
 }
 
 void iconvEncode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
+    Samples samples = samplesOf(state, text);
     iconv_t const handle = iconv_open(text.iconvName, "UTF-16LE");
-    std::string_view const source(reinterpret_cast<char const*>(sample.units.data()), sample.units.size() * 2);
-    measure(state, sample, sample.encoded,
-            [&](char* dst, std::size_t room) { return iconvWhole(handle, source, dst, room); });
+    measure(state, samples, encodedOf, [&](Sample const& sample, char* dst, std::size_t room) {
+        std::string_view const source(reinterpret_cast<char const*>(sample.units.data()), sample.units.size() * 2);
+        return iconvWhole(handle, source, dst, room);
+    });
     iconv_close(handle);
 }
 
-/// The other byte set of a conversion without UTF-16 at either end.
-struct OtherSet {
-    VynCharSet cs;
-    char const* name;
-};
-constexpr OtherSet otherSet(TextOfSet const& text) {
-    return text.cs == VYNCS_UTF8 ? OtherSet{VYNCS_GB18030, "GB18030"} : OtherSet{VYNCS_UTF8, "UTF-8"};
+constexpr char const* otherName(TextOfSet const& text) {
+    return otherSet(text.cs) == VYNCS_UTF8 ? "UTF-8" : "GB18030";
 }
 
 void strictTranscode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
-    VynCharSet const other = otherSet(text).cs;
-    measure(state, sample, vynulib::encode(other, sample.units), [&](char* dst, std::size_t room) {
-        return vynulib::transcode(text.cs, other, sample.encoded, dst, room, true).written;
+    Samples samples = samplesOf(state, text);
+    measure(state, samples, otherOf, [&](Sample const& sample, char* dst, std::size_t room) {
+        return vynulib::transcode(text.cs, otherSet(text.cs), sample.encoded, dst, room, true).written;
     });
 }
 
-void icuConvert(benchmark::State& state, Sample const& sample, char const* from, std::string const& source,
-                char const* to, std::string const& expected) {
+using PartOfSample = std::string const& (*)(Sample const&);
+
+void icuConvert(benchmark::State& state, Samples& samples, char const* from, PartOfSample source, char const* to,
+                PartOfSample expected) {
     UErrorCode error = U_ZERO_ERROR;
     icu::LocalUConverterPointer const reader(ucnv_open(from, &error)), writer(ucnv_open(to, &error));
-    measure(state, sample, expected, [&](char* dst, std::size_t room) {
+    measure(state, samples, expected, [&](Sample const& sample, char* dst, std::size_t room) {
         char* out = dst;
-        char const* in = source.data();
-        ucnv_convertEx(writer.getAlias(), reader.getAlias(), &out, out + room, &in, in + source.size(), nullptr,
+        char const* in = source(sample).data();
+        ucnv_convertEx(writer.getAlias(), reader.getAlias(), &out, out + room, &in, in + source(sample).size(), nullptr,
                        nullptr, nullptr, nullptr, true, true, &error);
         return out - dst;
     });
 }
 
 void icuTranscode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
-    OtherSet const other = otherSet(text);
-    icuConvert(state, sample, text.icuName, sample.encoded, other.name, vynulib::encode(other.cs, sample.units));
+    Samples samples = samplesOf(state, text);
+    icuConvert(state, samples, text.icuName, encodedOf, otherName(text), otherOf);
 }
 
 void iconvTranscode(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
-    OtherSet const other = otherSet(text);
-    iconv_t const handle = iconv_open(other.name, text.iconvName);
-    measure(state, sample, vynulib::encode(other.cs, sample.units),
-            [&](char* dst, std::size_t room) { return iconvWhole(handle, sample.encoded, dst, room); });
+    Samples samples = samplesOf(state, text);
+    iconv_t const handle = iconv_open(otherName(text), text.iconvName);
+    measure(state, samples, otherOf, [&](Sample const& sample, char* dst, std::size_t room) {
+        return iconvWhole(handle, sample.encoded, dst, room);
+    });
     iconv_close(handle);
 }
 
 void localToUtf8(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
-    measure(state, sample, vynulib::encode(VYNCS_UTF8, sample.units), [&](char* dst, std::size_t room) {
+    Samples samples = samplesOf(state, text);
+    measure(state, samples, otherOf, [&](Sample const& sample, char* dst, std::size_t room) {
         return LocalToUTF8(reinterpret_cast<unsigned char*>(dst), sample.encoded.c_str(), room, text.cs);
     });
 }
 
 void utf8ToLocal(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
-    std::string const utf8 = vynulib::encode(VYNCS_UTF8, sample.units);
-    auto const* const source = reinterpret_cast<unsigned char const*>(utf8.c_str());
-    measure(state, sample, sample.encoded,
-            [&](char* dst, std::size_t room) { return UTF8ToLocal(dst, source, room, text.cs); });
+    Samples samples = samplesOf(state, text);
+    measure(state, samples, encodedOf, [&](Sample const& sample, char* dst, std::size_t room) {
+        return UTF8ToLocal(dst, reinterpret_cast<unsigned char const*>(sample.other.c_str()), room, text.cs);
+    });
 }
 
 void icuFromUtf8(benchmark::State& state, TextOfSet const& text) {
-    Sample const sample = sampleOf(state, text);
-    std::string const utf8 = vynulib::encode(VYNCS_UTF8, sample.units);
-    icuConvert(state, sample, "UTF-8", utf8, text.icuName, sample.encoded);
+    Samples samples = samplesOf(state, text);
+    icuConvert(state, samples, otherName(text), otherOf, text.icuName, encodedOf);
 }
 
 using Which = bool (*)(TextOfSet const&);

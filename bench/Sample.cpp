@@ -35,22 +35,33 @@ std::u16string_view lastCharacter(std::u16string_view text) {
     return text.substr(text.size() - (pair ? 2 : 1));
 }
 
-} // namespace
-
-Sample::Sample(VynCharSet cs, char16_t const* sentence, std::size_t bytes) {
-    std::vector<Word> const words = wordsOf(cs, sentence);
-    std::mt19937 random(1);
-    while (encoded.size() < bytes) {
+/// As few characters as make `bytes` bytes.
+Sample makeSample(VynCharSet cs, std::vector<Word> const& words, std::size_t bytes, std::mt19937& random) {
+    Sample made;
+    while (made.encoded.size() < bytes) {
         Word const& word = words[random() % words.size()];
-        units += word.units;
-        encoded += word.encoded;
+        made.units += word.units;
+        made.encoded += word.encoded;
     }
     for (;;) {
-        std::u16string_view const last = lastCharacter(units);
+        std::u16string_view const last = lastCharacter(made.units);
         std::size_t const length = encodeOrEscape(cs, last).size();
-        if (encoded.size() - length < bytes)
-            return;
-        units.erase(units.size() - last.size());
-        encoded.erase(encoded.size() - length);
+        if (made.encoded.size() - length < bytes) {
+            made.other = encodeOrEscape(otherSet(cs), made.units);
+            return made;
+        }
+        made.units.erase(made.units.size() - last.size());
+        made.encoded.erase(made.encoded.size() - length);
     }
+}
+
+} // namespace
+
+Samples::Samples(VynCharSet cs, char16_t const* sentence, std::size_t bytes) {
+    constexpr std::size_t bytesOfAll = 1 << 16; // with their units they stay in the second-level cache
+    std::vector<Word> const words = wordsOf(cs, sentence);
+    std::mt19937 random(1);
+    do
+        m_samples.push_back(makeSample(cs, words, bytes, random));
+    while (m_samples.size() * bytes < bytesOfAll);
 }

@@ -5,8 +5,12 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
 
 constexpr char16_t english[] = u"The quick brown fox jumps over the lazy dog, and back again. ";
 constexpr char16_t french[] =
@@ -26,26 +30,65 @@ constexpr char16_t thai[] = u"มนุษย์ทั้งหลายเก�
 constexpr char16_t korean[] = u"다람쥐 헌 쳇바퀴에 타고파. 키스의 고유 조건은 입술끼리 만나야 한다. ";
 constexpr char16_t emoji[] = u"😀😁😂🤣😃😄😅😆😉😊";
 
-/// The words of a sentence in random order, as a text that repeats itself would teach the branch predictor its every turn.
-struct Sample {
-    /// As few characters as make `bytes` bytes. One that the set lacks stands in `encoded` as an escape, which no
-    /// conversion makes of it or takes for it.
-    Sample(VynCharSet cs, char16_t const* sentence, std::size_t bytes);
+/// The other byte set of a conversion without UTF-16 at either end.
+constexpr VynCharSet otherSet(VynCharSet cs) {
+    return cs == VYNCS_UTF8 ? VYNCS_GB18030 : VYNCS_UTF8;
+}
 
+/// A text in a set.
+struct Sample {
     std::u16string units;
-    std::string encoded;
+    std::string
+        encoded; ///< A character that the set lacks is an escape, which no conversion makes of it or takes for it.
+    std::string other; ///< The same in `otherSet`.
 };
 
-/// Runs `convert(dst, room)`, which writes at most `room` elements and returns their number, and checks what it wrote.
-/// The throughput counts bytes of the sample's set in both directions, so that the rows of one text compare directly.
-template <class Text, class Convert>
-void measure(benchmark::State& state, Sample const& sample, Text const& expected, Convert convert) {
-    Text result(sample.units.size() * 4 + 4, 0); // none of the sets takes more bytes for a unit
-    std::size_t length = 0;
+/// Texts of one size: the words of a sentence in random order. They take turns, as one text again and again would teach
+/// the branch predictor its every turn.
+class Samples {
+public:
+    /// As few characters in each as make `bytes` bytes.
+    Samples(VynCharSet cs, char16_t const* sentence, std::size_t bytes);
+
+    /// For ever.
+    Sample const& next() {
+        if (++m_at == m_samples.size())
+            m_at = 0;
+        return m_samples[m_at];
+    }
+
+    std::vector<Sample> const& all() const { return m_samples; }
+    std::size_t bytes() const { return m_samples[0].encoded.size(); }
+
+private:
+    std::vector<Sample> m_samples;
+    std::size_t m_at = 0;
+};
+
+/// Runs `convert(sample, dst, room)`, which writes at most `room` elements and returns their number, and checks that it makes
+/// `expected(sample)` of each. The throughput counts bytes of the samples' set in both directions, so that the rows of one
+/// text compare directly.
+template <class Expected, class Convert>
+void measure(benchmark::State& state, Samples& samples, Expected expected, Convert convert) {
+    using Text = std::remove_cvref_t<decltype(expected(samples.next()))>;
+    Text result(samples.bytes() * 4 + 4, 0); // none of the sets takes more for a byte
     for (auto _ : state)
-        benchmark::DoNotOptimize(length = static_cast<std::size_t>(convert(result.data(), result.size())));
-    result.resize(length);
-    if (result != expected)
+        benchmark::DoNotOptimize(convert(samples.next(), result.data(), result.size()));
+    bool const asExpected = std::all_of(samples.all().begin(), samples.all().end(), [&](Sample const& sample) {
+        auto const length = static_cast<std::size_t>(convert(sample, result.data(), result.size()));
+        return std::basic_string_view(result.data(), length) == expected(sample);
+    });
+    if (!asExpected)
         state.SkipWithError("the result is another text");
-    state.SetBytesProcessed(state.iterations() * static_cast<long>(sample.encoded.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<long>(samples.bytes()));
+}
+
+inline std::u16string const& unitsOf(Sample const& sample) {
+    return sample.units;
+}
+inline std::string const& encodedOf(Sample const& sample) {
+    return sample.encoded;
+}
+inline std::string const& otherOf(Sample const& sample) {
+    return sample.other;
 }
