@@ -28,7 +28,7 @@ std::unique_ptr<char[]> newBytes(unsigned long count) {
 std::unique_ptr<char[]> renderAtOnce(VynUString const& text, VynCharSet cs, unsigned long& length) {
     constexpr unsigned long mostBytes = 12288;
     vyn::ServedSet const* const set = vyn::setBehind(cs);
-    if (!set || text.length() > mostBytes / (set->operations->elementSize * set->operations->maxElementsPerUnit))
+    if (!set || text.length() > mostBytes / set->operations->elementSize / set->operations->maxElementsPerUnit)
         return nullptr;
     alignas(unsigned) char rendered[mostBytes + widestTerminator];
     auto const done = set->operations->encodePart(set->converter, text.data(), rendered, mostBytes, ILLCHAR_REPLACE);

@@ -12,13 +12,13 @@ namespace vyn {
 namespace {
 
 /// What kernels take at a time.
-constexpr long blockBytes = 64;
-constexpr long blockUnits = blockBytes / 2;
-constexpr long blockVectors = blockBytes / vectorBytes;
-constexpr long vectorUnits = vectorBytes / 2;
+inline constexpr long blockBytes = 64;
+inline constexpr long blockUnits = blockBytes / 2;
+inline constexpr long blockVectors = blockBytes / vectorBytes;
+inline constexpr long vectorUnits = vectorBytes / 2;
 
 /// Below this a kernel takes no rest of a text that is shorter than a block.
-constexpr long shortestRest = 12;
+inline constexpr long shortestRest = 12;
 
 using ByteBlock = Bytes[blockVectors];
 using UnitBlock = Units[blockVectors];
@@ -113,7 +113,7 @@ inline void copyShort(void* to, void const* from, unsigned long count) {
 struct PackedLane {
     /// By the row of the lowest eight bits of `mask`.
     PackedLane(Lane source, PackingRows const& rows, std::uint64_t mask) {
-        constexpr unsigned rowSize = sizeof rows.of[0];
+        constexpr std::uint64_t rowSize = sizeof rows.of[0];
         std::uint64_t const row = mask * rowSize & 0xFF * rowSize;
         lane = lookUp(source, loadLane(rows.of[0] + row));
         bits = countOf(row);

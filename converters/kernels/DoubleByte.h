@@ -11,8 +11,8 @@ namespace {
 // tables: first for many characters, as what they wait for is memory; what can't be looked up shows afterwards.
 
 /// A few characters at first: the less a text has to give up where one is irregular, the less that costs.
-constexpr long fewestAtOnce = 64;
-constexpr long mostAtOnce = 512;
+inline constexpr long fewestAtOnce = 64;
+inline constexpr long mostAtOnce = 512;
 
 inline std::uint64_t leadsOf(DoubleByteRows const& rows, ByteBlock const& block) {
     if (rows.areLeads)

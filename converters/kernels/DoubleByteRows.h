@@ -41,7 +41,7 @@ struct DoubleByteRows {
 private:
     template <class Codec>
     void fillRow(Codec const& codec, unsigned first) {
-        unsigned short* const row = unitOf + 256 * first;
+        unsigned short* const row = &unitOf[first << 8];
         for (unsigned second = 0; second < 256; ++second) {
             unsigned char const bytes[] = {static_cast<unsigned char>(first), static_cast<unsigned char>(second)};
             Decoded const found = codec.decodeOne(Bounded{bytes, std::size(bytes)});

@@ -3,8 +3,10 @@
 #include "converters/kernels/PortableUnits.h"
 #include "converters/kernels/UnitScan.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 
 namespace vyn {
 namespace {
@@ -64,22 +66,24 @@ constexpr Level levels[] = {
     {portableKernels, [] { return true; }},
 };
 
-/// A name that is none of a level that the machine has asks for nothing.
+/// The best one, or the one that is asked for by the name of a lower one.
+Kernels const& bestKernels() {
+    char const* const wanted = std::getenv("VYNULIB_LEVEL");
+    auto const isWanted = [wanted](Level const& level) {
+        return level.isSupported() && wanted && std::strcmp(wanted, level.kernels.level) == 0;
+    };
+    auto const isSupported = [](Level const& level) { return level.isSupported(); };
+    Level const* found = std::find_if(std::begin(levels), std::end(levels), isWanted);
+    if (found == std::end(levels))
+        found = std::find_if(std::begin(levels), std::end(levels), isSupported);
+    return found->kernels; // the last one is supported everywhere
+}
+
 [[gnu::constructor]] void chooseLevel() {
 #if defined(__x86_64__)
     __builtin_cpu_init();
 #endif
-    char const* const wanted = std::getenv("VYNULIB_LEVEL");
-    Kernels const* best = nullptr;
-    for (Level const& level : levels) {
-        if (!level.isSupported())
-            continue;
-        if (!best)
-            best = &level.kernels;
-        if (wanted && std::strcmp(wanted, level.kernels.level) == 0)
-            best = &level.kernels;
-    }
-    kernels = *best;
+    kernels = bestKernels();
 }
 
 } // namespace

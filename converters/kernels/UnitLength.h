@@ -23,8 +23,7 @@ inline bool hasZeroUnit(unsigned short const* at) {
 
 /// The units before the first zero unit of `text`, at most `maxUnits`. Reads aligned blocks, which may hold what lies before
 /// the text and after its end: where one unit of a block is readable, all are.
-[[gnu::flatten, gnu::no_sanitize("address")]] inline unsigned long unitLength(unsigned short const* text,
-                                                                              unsigned long maxUnits) {
+[[gnu::flatten]] inline unsigned long unitLength(unsigned short const* text, unsigned long maxUnits) {
     auto const address = reinterpret_cast<std::uintptr_t>(text);
     unsigned long const before = address % blockBytes / sizeof *text;
     unsigned long length = 0; // known so far

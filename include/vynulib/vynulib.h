@@ -6,6 +6,7 @@
 #include <vynulib/LookupTable.h>
 #include <vynulib/LookupTableEx.h>
 #include <vynulib/Transcoding.h>
+#include <vynulib/Version.h>
 #include <vynulib/VynBSTR.h>
 #include <vynulib/VynCharSet.h>
 #include <vynulib/VynCharSetConverter.h>

@@ -1,6 +1,7 @@
 #include "tests/support/Random.h"
 
 #include <vynulib/Transcoding.h>
+#include <vynulib/Version.h>
 
 #include <gtest/gtest.h>
 
@@ -242,7 +243,9 @@ TEST_F(Vynconv, TellsAboutSetsAndItself) {
     EXPECT_EQ(run({"--detect"}).out, "VYNCS_ISO_8859_1 (28591) from LC_CTYPE=C\n");
 
     EXPECT_EQ(run({"--help"}).out.rfind("Usage: vynconv", 0), 0U);
-    EXPECT_EQ(run({"--version"}).out.rfind("vynconv ", 0), 0U);
+    std::string const version = run({"--version"}).out;
+    EXPECT_EQ(version.rfind("vynconv ", 0), 0U);
+    EXPECT_NE(version.find("(" + std::string(vynulib::instructionSet()) + ")"), std::string::npos) << version;
 }
 
 /// Text with much that some set lacks, in the set, with some bytes spoilt. It begins with no mark.

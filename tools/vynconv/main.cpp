@@ -8,7 +8,10 @@
 #include "tools/vynconv/StandardDescriptors.h"
 #include "tools/vynconv/Transcoder.h"
 
+#include <vynulib/Version.h>
+
 #include <csignal>
+#include <string>
 
 namespace {
 
@@ -54,7 +57,8 @@ ExitCode run(Options const& options) {
     case Action::help:
         return printText(helpText);
     case Action::version:
-        return printText("vynconv " VYNCONV_VERSION "\n");
+        return printText("vynconv " VYNCONV_VERSION "\nvynulib64 " + std::string(vynulib::version()) + " (" +
+                         std::string(vynulib::instructionSet()) + ")\n");
     case Action::convert:
         break;
     }

@@ -10,7 +10,7 @@ namespace {
 
 static_assert(__AVX2__ && __BMI2__ && __POPCNT__, "to be compiled for these");
 
-constexpr long vectorBytes = 32;
+inline constexpr long vectorBytes = 32;
 
 using Bytes [[gnu::vector_size(vectorBytes)]] = unsigned char;
 using SignedBytes [[gnu::vector_size(vectorBytes)]] = signed char;

@@ -8,7 +8,7 @@
 namespace vyn {
 namespace {
 
-constexpr long vectorBytes = 16;
+inline constexpr long vectorBytes = 16;
 
 using Bytes = uint8x16_t;
 using SignedBytes = int8x16_t;

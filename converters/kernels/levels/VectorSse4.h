@@ -13,7 +13,7 @@ static_assert(__SSE4_2__ && __POPCNT__, "to be compiled for these");
 static_assert(false, "to be compiled for no more");
 #endif
 
-constexpr long vectorBytes = 16;
+inline constexpr long vectorBytes = 16;
 
 using Bytes [[gnu::vector_size(vectorBytes)]] = unsigned char;
 using SignedBytes [[gnu::vector_size(vectorBytes)]] = signed char;
