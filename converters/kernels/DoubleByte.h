@@ -164,7 +164,9 @@ inline unsigned char* writeCodes(unsigned short* codes, long count, unsigned cha
 
 [[gnu::flatten]] inline BulkEncoded<unsigned char>
 encodeDoubleByte(DoubleByteRows const& rows, unsigned short const* src, unsigned short const* end, unsigned char* dst) {
-    for (long atOnce = fewestAtOnce; end - src >= shortestRest; atOnce = atOnce < mostAtOnce ? 2 * atOnce : atOnce) {
+    if (end - src < shortestRest)
+        return {src, dst};
+    for (long atOnce = fewestAtOnce; src != end; atOnce = atOnce < mostAtOnce ? 2 * atOnce : atOnce) {
         while (end - src >= blockUnits && narrowAscii(rows.oddUnits, src, dst)) {
             src += blockUnits;
             dst += blockUnits;

@@ -121,9 +121,23 @@ inline unsigned char* storeExactly(unsigned short const* src, Utf16Shape shape, 
     return dst + count;
 }
 
+/// One by one, up to a surrogate.
+inline BulkEncoded<unsigned char> encodeFew(unsigned short const* src, unsigned short const* end, unsigned char* dst) {
+    for (; src != end && (*src & 0xF800) != 0xD800; ++src) {
+        unsigned const unit = *src;
+        if (unit >= 0x800)
+            *dst++ = static_cast<unsigned char>(0xE0 | unit >> 12);
+        if (unit >= 0x80)
+            *dst++ = static_cast<unsigned char>(unit >= 0x800 ? 0x80 | (unit >> 6 & 0x3F) : 0xC0 | unit >> 6);
+        *dst++ = static_cast<unsigned char>(unit >= 0x80 ? 0x80 | (unit & 0x3F) : unit);
+    }
+    return {src, dst};
+}
+
 /// The blocks of a text.
 [[gnu::flatten]] inline BulkEncoded<unsigned char> encodeUtf8(unsigned short const* src, unsigned short const* end,
                                                               unsigned char* dst) {
+    auto const* const start = src;
     while (end - src >= blockUnits) {
         Utf16Shape shape = shapeOf(src);
         if (shape.kind == Utf16Kind::ascii) {
@@ -147,7 +161,10 @@ inline unsigned char* storeExactly(unsigned short const* src, Utf16Shape shape, 
         dst = storeExactly(src, shape, 0, dst);
         src += shape.length;
     }
-    if (long const rest = end - src; rest >= shortestRest) {
+    long const rest = end - src;
+    if (rest < shortestRest && src != start)
+        return encodeFew(src, end, dst);
+    if (rest >= shortestRest) {
         PartOfBlock<unsigned short> const part(src, rest);
         Utf16Shape const shape = shapeOf(part.elements);
         if (shape.kind != Utf16Kind::irregular) {

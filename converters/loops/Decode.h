@@ -144,10 +144,10 @@ decodeUpTo(long limit, Codec codec, DecodeCursor<typename Codec::Element> at, IL
     return at;
 }
 
-/// Both paths in turns. Out of the way of texts that end where a bulk form does.
+/// Both paths in turns.
 template <Decodes Codec>
-[[gnu::noinline]] DecodeCursor<typename Codec::Element>
-decodeInTurns(Codec codec, DecodeCursor<typename Codec::Element> at, Run<typename Codec::Element> run,
+[[gnu::always_inline]] inline DecodeCursor<typename Codec::Element>
+decodeInTurns(Codec const& codec, DecodeCursor<typename Codec::Element> at, Run<typename Codec::Element> run,
               ILLCHAR_OPTYPE op) {
     Turns turns;
     Decoded found;
@@ -171,6 +171,14 @@ decodeInTurns(Codec codec, DecodeCursor<typename Codec::Element> at, Run<typenam
     return at;
 }
 
+/// Out of the way of texts that end where a bulk form does. Takes the cursor by its address, as what was just written in
+/// parts would be copied as a whole, for which processors wait.
+template <Decodes Codec>
+[[gnu::noinline]] void goOnDecoding(Codec codec, DecodeCursor<typename Codec::Element>& at,
+                                    Run<typename Codec::Element> run, ILLCHAR_OPTYPE op) {
+    at = decodeInTurns(codec, at, run, op);
+}
+
 /// Without a source limit.
 template <Decodes Codec>
 [[gnu::always_inline]] inline DecodeCursor<typename Codec::Element>
@@ -183,7 +191,8 @@ decodeAll(Codec const& codec, DecodeCursor<typename Codec::Element> at, ILLCHAR_
         if (!at.hasMore())
             return at;
     }
-    return decodeInTurns(codec, at, run, op);
+    goOnDecoding(codec, at, run, op);
+    return at;
 }
 
 /// `VynCharSetConverter::toUTF16` of the set whose codec `codecOf` returns. `limit` is the source limit in elements, 0

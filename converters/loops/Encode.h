@@ -104,7 +104,7 @@ template <class Codec>
 encodeBulk(Codec const& codec, unsigned short const* src, unsigned short const* end, typename Codec::Element* dst) {
     BulkEncoded<typename Codec::Element> done{src, dst};
     if constexpr (EncodesVectors<Codec>)
-        if (end - src >= long{shortestForKernel})
+        if (areWorthKernel(src, static_cast<unsigned long>(end - src)))
             done = codec.encodeVectors(src, end, dst);
     if (done.src == end)
         return done;
@@ -163,10 +163,11 @@ constexpr unsigned long unitsThatFit(unsigned long room, ILLCHAR_OPTYPE op) {
     return op == ILLCHAR_ESCAPE ? room / escaped : room / Codec::maxElementsPerUnit;
 }
 
-/// Both paths in turns. Out of the way of texts that end where a bulk form does.
+/// Both paths in turns.
 template <Encodes Codec>
-[[gnu::noinline]] EncodeCursor<typename Codec::Element>
-encodeInTurns(Codec codec, EncodeCursor<typename Codec::Element> at, Run<unsigned short> run, ILLCHAR_OPTYPE op) {
+[[gnu::always_inline]] inline EncodeCursor<typename Codec::Element>
+encodeInTurns(Codec const& codec, EncodeCursor<typename Codec::Element> at, Run<unsigned short> run,
+              ILLCHAR_OPTYPE op) {
     Turns turns;
     while (at.hasMore()) {
         long taken = 0;
@@ -185,18 +186,27 @@ encodeInTurns(Codec codec, EncodeCursor<typename Codec::Element> at, Run<unsigne
     return at;
 }
 
+/// Out of the way of texts that end where a bulk form does. Takes the cursor by its address, as what was just written in
+/// parts would be copied as a whole, for which processors wait.
+template <Encodes Codec>
+[[gnu::noinline]] void goOnEncoding(Codec codec, EncodeCursor<typename Codec::Element>& at, Run<unsigned short> run,
+                                    ILLCHAR_OPTYPE op) {
+    at = encodeInTurns(codec, at, run, op);
+}
+
 template <Encodes Codec>
 [[gnu::always_inline]] inline EncodeCursor<typename Codec::Element>
 encodeAll(Codec const& codec, EncodeCursor<typename Codec::Element> at, ILLCHAR_OPTYPE op) {
     Run<unsigned short> run(at.src, op);
     if constexpr (EncodesVectors<Codec>) {
         unsigned long const ahead = run.ahead(at.src, unitsThatFit<Codec>(at.room, op));
-        if (ahead >= shortestForKernel)
+        if (areWorthKernel(at.src, ahead))
             at.took(codec.encodeVectors(at.src, at.src + ahead, at.dst));
         if (!at.hasMore())
             return at;
     }
-    return encodeInTurns(codec, at, run, op);
+    goOnEncoding(codec, at, run, op);
+    return at;
 }
 
 /// `VynCharSetConverter::fromUTF16` of the set whose codec `codecOf` returns.

@@ -100,7 +100,9 @@ private:
     }
 
     /// Goes on from `at`, both paths in turns. Out of the way of pieces that end where a bulk form does.
-    [[gnu::noinline]] Progress runInTurns(Cursor at, unsigned short const* begin) {
+    /// By its address, as what was just written in parts would be copied as a whole, for which processors wait.
+    [[gnu::noinline]] Progress runInTurns(Cursor const& cursor, unsigned short const* begin) {
+        Cursor at = cursor;
         Codec const codec = m_codec;
         Element const* const textEnd = end();
         Turns turns;
@@ -242,7 +244,7 @@ public:
         Cursor at{start(), begin, room / sizeof(Element)};
         if constexpr (EncodesVectors<Codec>) {
             std::size_t const ahead = unitsAhead(at, end());
-            if (ahead >= shortestForKernel)
+            if (areWorthKernel(at.src, ahead))
                 at.took(m_codec.encodeVectors(at.src, at.src + ahead, at.dst));
             if (at.src == end())
                 return {Status::done, m_source.size(), static_cast<std::size_t>(at.dst - begin) * sizeof(Element), 0};
@@ -261,7 +263,9 @@ private:
     }
 
     /// Goes on from `at`, both paths in turns. Out of the way of pieces that end where a bulk form does.
-    [[gnu::noinline]] Progress runInTurns(Cursor at, Element const* begin) {
+    /// By its address, as what was just written in parts would be copied as a whole, for which processors wait.
+    [[gnu::noinline]] Progress runInTurns(Cursor const& cursor, Element const* begin) {
+        Cursor at = cursor;
         Codec const codec = m_codec;
         unsigned short const* const textEnd = end();
         Turns turns;

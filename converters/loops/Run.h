@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/CheckedReads.h"
+#include "converters/kernels/Kernels.h"
 #include "converters/kernels/UnitScan.h"
 #include "converters/loops/Text.h"
 
@@ -65,6 +66,11 @@ private:
 
     unsigned m_characters = fewest;
 };
+
+/// Whether so many units are worth the call of a kernel. Of ASCII the forms without vectors take as much at a time.
+inline bool areWorthKernel(unsigned short const* units, unsigned long count) {
+    return count >= shortestForKernel || (count >= shortestForKernel / 2 && *units >= 0x80);
+}
 
 /// Whether a bulk form ended with the stretch that it was given, which was long, but for a character cut off by its end.
 inline bool tookLongRun(long taken, unsigned long ahead) {
