@@ -104,10 +104,19 @@ private:
         bool const lost = decoded.status == Status::unconvertible;
         // What follows a loss does not belong to what stands before it, whatever becomes of the loss.
         bool const last = lost || (decoded.status == Status::done && m_last);
-        Progress const encoded = encodePiece(m_to, {m_units, decoded.written}, dst, room, last, encoding);
-        bool const all = encoded.read == decoded.written;
-        // What was not encoded begins where the units before it end when they are decoded once more.
-        std::size_t const read = all ? decoded.read : decodeUnits(encoded.read, decoding).read;
+        Progress encoded = encodePiece(m_to, {m_units, decoded.written}, dst, room, last, encoding);
+        std::size_t read = decoded.read;
+        if (encoded.read != decoded.written) {
+            // What was not encoded begins where the units before it end when they are decoded once more.
+            Progress const again = decodeUnits(encoded.read, decoding);
+            read = again.read;
+            if (again.written !=
+                encoded.read) { // half a character, of which a set of escapes writes each half by itself
+                encoding = lossesIn(m_to, m_onError);
+                encoded = encodePiece(m_to, {m_units, again.written}, dst, room, true, encoding);
+                encoded.status = Status::roomFull;
+            }
+        }
         note(decoding.report, encoding.report);
         m_done.read += read;
         m_done.written += encoded.written;

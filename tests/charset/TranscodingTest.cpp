@@ -375,6 +375,17 @@ TEST(Transcoding, LooksAtWhatFollowsAFullRoom) {
     EXPECT_EQ(vynulib::encode(VYNCS_KOI8R, u"\U0001F600", bytes, 4, true), (Progress{Status::unconvertible, 0, 0, 2}));
 }
 
+TEST(Transcoding, WritesNoHalfOfACharacter) {
+    char dst[12];
+    for (std::size_t room = 0; room <= std::size(dst); ++room) {
+        Progress const done = vynulib::transcode(VYNCS_UTF8, VYNCS_UTF16ESC, "\U0001F600", dst, room, true);
+        bool const fits = room == std::size(dst);
+        EXPECT_EQ(done.status, fits ? Status::done : Status::roomFull) << room;
+        EXPECT_EQ(done.read, fits ? 4U : 0U) << room;
+        EXPECT_EQ(done.written, fits ? 12U : 0U) << room;
+    }
+}
+
 TEST(Transcoding, DoesWithALossWhatIsAskedFor) {
     struct {
         VynCharSet from, to;
