@@ -9,7 +9,7 @@
 VynCharSetConverterEUC_CN_KR::~VynCharSetConverterEUC_CN_KR() = default;
 
 void VynCharSetConverterEUC_CN_KR::load() {
-    auto const codecOf = [this](vyn::MultibyteTables const* tables) { return vyn::EucCnKrCodec{{}, {tables}}; };
+    auto const codecOf = [](vyn::MultibyteTables const* tables) { return vyn::EucCnKrCodec{{}, {tables}}; };
     if (map())
         vyn::LazyBuilder::build(m_tables,
                                 [&] { return vyn::makeTablesWithRows<vyn::MultibyteTables>(codecOf, map()); });

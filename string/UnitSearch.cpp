@@ -24,7 +24,7 @@ struct Backward {
     Backward from(unsigned long i) const { return {last - i}; }
 
     unsigned long findEnds(unsigned long count, Backward pattern, unsigned long distance) const {
-        unsigned long const at = kernels.lastEnds(last - distance - (count - 1), count,
+        unsigned long const at = kernels.lastEnds(last - (distance + count) + 1, count,
                                                   {pattern[distance], pattern[distance - 1], pattern[0], distance});
         return at == count ? count : count - 1 - at;
     }

@@ -115,7 +115,7 @@ struct PackedLane {
     PackedLane(Lane source, PackingRows const& rows, std::uint64_t mask) {
         constexpr std::uint64_t rowSize = sizeof rows.of[0];
         std::uint64_t const row = mask * rowSize & 0xFF * rowSize;
-        lane = lookUp(source, loadLane(rows.of[0] + row));
+        lane = lookUp(source, loadLane(rows.of[row / rowSize]));
         bits = countOf(row);
     }
 

@@ -144,6 +144,12 @@ decodeUpTo(long limit, Codec codec, DecodeCursor<typename Codec::Element> at, IL
     return at;
 }
 
+/// Elements that fit for certain, whatever they become.
+template <class Codec>
+constexpr unsigned long elementsThatFit(unsigned long room) {
+    return room / Codec::maxUnitsPerElement;
+}
+
 /// Both paths in turns.
 template <Decodes Codec>
 [[gnu::always_inline]] inline DecodeCursor<typename Codec::Element>
@@ -154,7 +160,7 @@ decodeInTurns(Codec const& codec, DecodeCursor<typename Codec::Element> at, Run<
     while (at.hasMore()) {
         long taken = 0;
         if constexpr (sizeof(typename Codec::Element) == 1) {
-            unsigned long const ahead = run.ahead(at.src, at.room / Codec::maxUnitsPerElement);
+            unsigned long const ahead = run.ahead(at.src, elementsThatFit<Codec>(at.room));
             taken = at.took(decodeBulk<TerminatedLater>(codec, at.src, at.src + ahead, at.dst));
             if (!at.hasMore())
                 break;
@@ -185,7 +191,7 @@ template <Decodes Codec>
 decodeAll(Codec const& codec, DecodeCursor<typename Codec::Element> at, ILLCHAR_OPTYPE op) {
     Run<typename Codec::Element> run(at.src, op);
     if constexpr (DecodesVectors<Codec>) {
-        unsigned long const ahead = run.ahead(at.src, at.room / Codec::maxUnitsPerElement);
+        unsigned long const ahead = run.ahead(at.src, elementsThatFit<Codec>(at.room));
         if (ahead >= shortestForKernel)
             at.took(codec.decodeVectors(at.src, at.src + ahead, at.dst));
         if (!at.hasMore())

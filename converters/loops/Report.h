@@ -94,9 +94,8 @@ private:
     using Element = typename Codec::Element;
     using Cursor = DecodeCursor<Element>;
 
-    /// What fits for certain, whatever it becomes.
     static std::size_t elementsAhead(Cursor const& at, Element const* textEnd) {
-        return std::min(static_cast<std::size_t>(textEnd - at.src), at.room / Codec::maxUnitsPerElement);
+        return std::min(static_cast<std::size_t>(textEnd - at.src), elementsThatFit<Codec>(at.room));
     }
 
     /// Goes on from `at`, both paths in turns. Out of the way of pieces that end where a bulk form does.
