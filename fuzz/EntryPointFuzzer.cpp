@@ -1,0 +1,240 @@
+// The conversions in one call, from sources and into destinations of exactly their size, against the converters that
+// they are made of. The default set, which paths are in, is that of LANG.
+
+#include "fuzz/Input.h"
+#include "fuzz/Require.h"
+#include "fuzz/ServedSets.h"
+
+#include <vynulib/VynCharSetConverter.h>
+
+#include <cstring>
+#include <memory>
+
+namespace {
+
+using Bytes = std::string;
+using Units = std::u16string;
+
+VynCharSetConverter& converterOf(VynCharSet cs) {
+    return *VynCharSetConverter::getConverter(cs);
+}
+
+unsigned short const* asUnits(char16_t const* units) {
+    return reinterpret_cast<unsigned short const*>(units);
+}
+
+/// A copy of a text, without what would make half an element, and `terminator` zeros; the memory ends there.
+template <class Element>
+class Source {
+public:
+    explicit Source(std::basic_string<Element> const& text, std::size_t terminator = 1)
+        : m_memory(std::make_unique<Element[]>(text.size() / terminator * terminator + terminator)) {
+        std::copy_n(text.data(), text.size() / terminator * terminator, m_memory.get());
+    }
+
+    Element const* data() const { return m_memory.get(); }
+    unsigned char const* asUtf8() const { return reinterpret_cast<unsigned char const*>(m_memory.get()); }
+    unsigned short const* asUnits() const { return reinterpret_cast<unsigned short const*>(m_memory.get()); }
+
+private:
+    std::unique_ptr<Element[]> m_memory;
+};
+
+Units decoded(VynCharSet cs, void const* source, unsigned long room, bool* illegal = nullptr) {
+    Units units(room + 1, u'\0');
+    units.resize(converterOf(cs).toUTF16(reinterpret_cast<unsigned short*>(units.data()), source, room, ILLCHAR_REPLACE,
+                                         illegal, -1));
+    return units;
+}
+
+/// As the local functions read: in ISO 8859-1 what the set does not hold.
+Units decodedOrLatin1(VynCharSet cs, void const* source, unsigned long room) {
+    bool illegal = false;
+    Units const units = decoded(cs, source, room, &illegal);
+    return illegal ? decoded(VYNCS_ISO_8859_1, source, room) : units;
+}
+
+Bytes encoded(VynCharSet cs, Units units, unsigned long room, ILLCHAR_OPTYPE op = ILLCHAR_REPLACE) {
+    units.append(2, u'\0');                     // an escape in UTF-8 takes the first one along
+    Bytes bytes(room + units.size() + 4, '\0'); // and is charged a byte less than it has
+    bytes.resize(converterOf(cs).fromUTF16(bytes.data(), asUnits(units.data()), room, op, nullptr));
+    return bytes;
+}
+
+/// Whatever `units` become, in bytes.
+unsigned long ampleFor(Units const& units) {
+    return 24 * units.size();
+}
+
+/// A size of a destination for `whole` elements and a terminator: the choice of the input.
+long sizeFor(Place end, std::size_t whole, std::size_t terminator) {
+    return static_cast<long>(end.in(whole + terminator));
+}
+
+/// Calls `convert(dst)` with a destination of `size` elements: it has to make `expected`.
+template <class Element, class Expected, class Convert>
+void requireMakes(std::basic_string<Expected> const& expected, long size, std::size_t terminator, char const* what,
+                  Convert convert) {
+    static_assert(sizeof(Element) == sizeof(Expected));
+    auto const dst = std::make_unique<Element[]>(static_cast<std::size_t>(size));
+    std::fill_n(dst.get(), size, static_cast<Element>(0xA5));
+    unsigned long const count = convert(dst.get());
+    require(count == expected.size(), what, "size", size, "elements", count, "expected", expected.size());
+    if (count == 0)
+        return;
+    require(std::memcmp(dst.get(), expected.data(), count * sizeof(Element)) == 0, what, "size", size);
+    require(std::all_of(&dst[count], &dst[count] + terminator, [](Element e) { return e == 0; }), "it is terminated",
+            what);
+}
+
+/// What fits into `size` elements with their terminator, as `convert(room)` makes it.
+template <class Convert>
+auto inSize(long size, std::size_t terminator, Convert convert) {
+    bool const fits = size >= static_cast<long>(terminator);
+    return fits ? convert(static_cast<unsigned long>(size) - terminator) : decltype(convert(0UL))();
+}
+
+void localToUtf8(VynCharSet cs, Place end, Bytes const& text) {
+    Source<char> const source(text, GetNullCharSize(cs));
+    Units const units = decodedOrLatin1(cs, source.data(), std::strlen(source.data()));
+    long const size = sizeFor(end, encoded(VYNCS_UTF8, units, ampleFor(units)).size(), 1);
+    auto const encode = [&](unsigned long room) { return encoded(VYNCS_UTF8, units, room); };
+    requireMakes<unsigned char>(inSize(size, 1, encode), size, 1, "LocalToUTF8", [&](unsigned char* dst) {
+        return LocalToUTF8(dst, source.data(), static_cast<unsigned long>(size), cs);
+    });
+}
+
+void utf8ToLocal(VynCharSet cs, Place end, Bytes const& text) {
+    Source<char> const source(text);
+    std::size_t const terminator = GetNullCharSize(cs);
+    Units const units = decoded(VYNCS_UTF8, source.data(), text.size());
+    long const size = sizeFor(end, encoded(cs, units, ampleFor(units)).size(), terminator);
+    auto const encode = [&](unsigned long room) { return encoded(cs, units, room); };
+    requireMakes<char>(inSize(size, terminator, encode), size, terminator, "UTF8ToLocal", [&](char* dst) {
+        return UTF8ToLocal(dst, source.asUtf8(), static_cast<unsigned long>(size), cs);
+    });
+}
+
+void localToUtf16(VynCharSet cs, Place end, Bytes const& text) {
+    Source<char> const source(text, GetNullCharSize(cs));
+    auto const decode = [&](unsigned long room) { return decodedOrLatin1(cs, source.data(), room); };
+    long const size = sizeFor(end, decode(text.size()).size(), 1);
+    requireMakes<unsigned short>(inSize(size, 1, decode), size, 1, "LocalToUTF16", [&](unsigned short* dst) {
+        require(LocalToUTF16(dst, source.data(), -static_cast<int>(size), cs) == 0, "no size is below 0");
+        return LocalToUTF16(dst, source.data(), static_cast<int>(size), cs);
+    });
+}
+
+void utf8ToUtf16(VynCharSet, Place end, Bytes const& text) {
+    Source<char> const source(text);
+    auto const decode = [&](unsigned long room) { return decoded(VYNCS_UTF8, source.data(), room); };
+    long const size = sizeFor(end, decode(text.size()).size(), 1);
+    requireMakes<unsigned short>(inSize(size, 1, decode), size, 1, "UTF8ToUTF16", [&](unsigned short* dst) {
+        return UTF8ToUTF16(dst, source.asUtf8(), static_cast<unsigned long>(size));
+    });
+}
+
+void utf16ToLocal(VynCharSet cs, Place end, Units const& units) {
+    Source<char16_t> const source(units);
+    std::size_t const terminator = GetNullCharSize(cs);
+    auto const encode = [&](unsigned long room) { return encoded(cs, units, room); };
+    long const size = sizeFor(end, encode(ampleFor(units)).size(), terminator);
+    requireMakes<char>(inSize(size, terminator, encode), size, terminator, "UTF16ToLocal", [&](char* dst) {
+        return UTF16ToLocal(dst, source.asUnits(), static_cast<unsigned long>(size), cs);
+    });
+}
+
+void utf16ToUtf8(VynCharSet, Place end, Units const& units) {
+    Source<char16_t> const source(units);
+    auto const encode = [&](unsigned long room) { return encoded(VYNCS_UTF8, units, room); };
+    long const size = sizeFor(end, encode(ampleFor(units)).size(), 1);
+    requireMakes<unsigned char>(inSize(size, 1, encode), size, 1, "UTF16ToUTF8", [&](unsigned char* dst) {
+        return UTF16ToUTF8(dst, source.asUnits(), static_cast<unsigned long>(size));
+    });
+}
+
+/// Each "U+" with four digits gives way to its unit, which begins no other.
+Units withoutEscapes(Units const& units) {
+    constexpr std::u16string_view digits = u"0123456789ABCDEF";
+    Units result;
+    for (std::size_t at = 0; at < units.size(); ++at) {
+        std::u16string_view const escape = std::u16string_view(units).substr(at, 6);
+        bool const complete =
+            escape.size() == 6 && escape.starts_with(u"U+") && escape.find_first_not_of(digits, 2) == escape.npos;
+        unsigned value = 0;
+        for (char16_t const digit : escape.substr(std::min<std::size_t>(2, escape.size())))
+            value = value << 4 | static_cast<unsigned>(digits.find(digit) & 0xF);
+        result += complete ? static_cast<char16_t>(value) : units[at];
+        at += complete ? 5 : 0;
+    }
+    return result;
+}
+
+void localPathToUtf8(VynCharSet, Place end, Bytes const& text) {
+    Source<char> const source(text);
+    Units const units = withoutEscapes(decoded(VYNCS_OS_DEFAULT, source.data(), text.size()));
+    auto const encode = [&](unsigned long room) { return encoded(VYNCS_UTF8, units, room); };
+    long const size = sizeFor(end, encode(ampleFor(units)).size(), 1);
+    requireMakes<unsigned char>(inSize(size, 1, encode), size, 1, "LocalPathToUTF8", [&](unsigned char* dst) {
+        require(LocalPathToUTF8(dst, source.data(), -static_cast<int>(size)) == 0, "no size is below 0");
+        return LocalPathToUTF8(dst, source.data(), static_cast<int>(size));
+    });
+}
+
+/// The converter of UTF-8 leaves its room where it escapes: of what it makes of the whole, what fits.
+Bytes escapedInUtf8(Units const& units, unsigned long room) {
+    Bytes fitting;
+    for (std::size_t at = 0; at < units.size();) {
+        bool const isHigh = (units[at] & 0xFC00) == 0xD800;
+        std::size_t const taken = isHigh ? 2 : 1; // an escape drops the unit after its own
+        Bytes const character = encoded(VYNCS_UTF8, units.substr(at, taken), 8, ILLCHAR_ESCAPE);
+        if (units[at] == 0 || fitting.size() + character.size() > room)
+            return fitting;
+        fitting += character;
+        at += taken;
+    }
+    return fitting;
+}
+
+void utf8ToLocalPath(VynCharSet, Place end, Bytes const& text) {
+    Source<char> const source(text);
+    bool const isUtf8 = &converterOf(VYNCS_OS_DEFAULT) == &converterOf(VYNCS_UTF8);
+    Units const units = decoded(VYNCS_UTF8, source.data(), text.size());
+    auto const encode = [&](unsigned long room) {
+        return isUtf8 ? escapedInUtf8(units, room) : encoded(VYNCS_OS_DEFAULT, units, room, ILLCHAR_ESCAPE);
+    };
+    long const size = sizeFor(end, encode(ampleFor(units)).size(), 1);
+    requireMakes<char>(inSize(size, 1, encode), size, 1, "UTF8ToLocalPath", [&](char* dst) {
+        require(UTF8ToLocalPath(dst, source.asUtf8(), -static_cast<int>(size)) == 0, "no size is below 0");
+        return UTF8ToLocalPath(dst, source.asUtf8(), static_cast<int>(size));
+    });
+}
+
+void countAndCompare(VynCharSet cs, Place end, Units const& units) {
+    Source<char16_t> const source(units);
+    Source<char16_t> const other(units.substr(0, end.in(units.size())));
+    std::size_t const length = std::u16string_view(source.data()).size();
+    require(VynCharSetWStrlen(source.asUnits()) == length, "the length is that before the zero");
+    require(VynCharSetWStrEqual(source.asUnits(), other.asUnits()) ==
+                (std::u16string_view(source.data()) == std::u16string_view(other.data())),
+            "texts are equal up to their zeros");
+    require(GetNumBytes(source.asUnits(), cs) == converterOf(cs).getNumBytes(source.asUnits(), length),
+            "the bytes of a terminated text are those of its length", cs);
+}
+
+constexpr void (*ofBytes[])(VynCharSet, Place, Bytes const&) = {localToUtf8, utf8ToLocal,     localToUtf16,
+                                                                utf8ToUtf16, localPathToUtf8, utf8ToLocalPath};
+constexpr void (*ofUnits[])(VynCharSet, Place, Units const&) = {utf16ToLocal, utf16ToUtf8, countAndCompare};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    Input input(data, size);
+    VynCharSet const cs = input.among(namedSets);
+    Place const end = input.place();
+    if (input.flag())
+        input.among(ofUnits)(cs, end, input.units());
+    else
+        input.among(ofBytes)(cs, end, input.text());
+    return 0;
+}

@@ -1,0 +1,111 @@
+// The direct way between UTF-8 and UTF-32, in memory of exactly the documented size, against its rules in plain form.
+
+#include "fuzz/Input.h"
+#include "fuzz/Require.h"
+
+#include <vynulib/VynCharSetConverter.h>
+
+#include <cstring>
+#include <memory>
+
+namespace {
+
+constexpr unsigned replacement = 0xFFFD;
+
+/// Sequences of several bytes: their leads, and the values that need as many. The rest is in six bits a byte.
+constexpr struct {
+    unsigned firstLead, lastLead, length, least;
+} forms[] = {{0xC0, 0xDF, 2, 0x80},
+             {0xE0, 0xEF, 3, 0x800},
+             {0xF0, 0xF7, 4, 0x10000},
+             {0xF8, 0xFB, 5, 0x200000},
+             {0xFC, 0xFD, 6, 0x4000000}};
+
+bool isSurrogate(unsigned value) {
+    return value >= 0xD800 && value <= 0xDFFF;
+}
+
+/// The value at the beginning of `text`, which moves past it.
+unsigned takeValue(std::string_view& text) {
+    auto const byteAt = [&](std::size_t at) { return at < text.size() ? static_cast<unsigned char>(text[at]) : 0U; };
+    unsigned const lead = byteAt(0);
+    unsigned value = lead < 0x80 ? lead : replacement;
+    std::size_t length = 1;
+    for (auto const& form : forms) {
+        if (lead < form.firstLead || lead > form.lastLead)
+            continue;
+        unsigned assembled = lead - form.firstLead;
+        std::size_t trails = 1;
+        for (; trails < form.length && (byteAt(trails) & 0xC0) == 0x80; ++trails)
+            assembled = assembled << 6 | (byteAt(trails) & 0x3F);
+        if (trails < form.length)
+            break;
+        length = form.length;
+        bool const excluded = isSurrogate(assembled) || assembled == 0xFFFE || assembled == 0xFFFF;
+        value = assembled < form.least || excluded ? replacement : assembled;
+    }
+    text.remove_prefix(length);
+    return value;
+}
+
+std::string sequenceOf(unsigned value) {
+    if (value < 0x80)
+        return std::string(1, static_cast<char>(value));
+    auto form = std::begin(forms);
+    while (form + 1 != std::end(forms) && value >= form[1].least)
+        ++form;
+    std::string sequence;
+    for (unsigned shift = 6 * (form->length - 1); shift != 0; shift -= 6)
+        sequence += static_cast<char>(shift == 6 * (form->length - 1) ? form->firstLead | value >> shift
+                                                                      : 0x80 | (value >> shift & 0x3F));
+    return sequence + static_cast<char>(0x80 | (value & 0x3F));
+}
+
+void fromUtf8(VynCharSetConverter& utf32, Place end, std::string const& bytes) {
+    std::string_view const text(bytes.c_str());
+    std::size_t const room = end.in(text.size());
+    std::u32string expected;
+    for (std::string_view rest = text; !rest.empty() && expected.size() < room;)
+        expected += static_cast<char32_t>(takeValue(rest));
+
+    auto const source = std::make_unique<unsigned char[]>(text.size() + 1);
+    std::copy(text.begin(), text.end(), source.get());
+    auto const dst = std::make_unique<char32_t[]>(room + 1);
+    bool illegal = true;
+    unsigned long const count = utf32.fromUTF8(dst.get(), source.get(), room, ILLCHAR_REPLACE, &illegal);
+    require(count == expected.size() && !illegal, "values from UTF-8", "room", room, "got", count);
+    require(std::u32string_view(dst.get(), count) == expected && dst[count] == 0, "the values from UTF-8", room);
+}
+
+void toUtf8(VynCharSetConverter& utf32, Place end, std::string const& bytes) {
+    std::size_t const values = bytes.size() / 4;
+    auto const source = std::make_unique<unsigned[]>(values + 1);
+    std::memcpy(source.get(), bytes.data(), values * 4);
+    std::size_t const room = end.in(6 * values); // of the longest sequences
+    std::string expected;
+    bool lossy = false;
+    for (std::size_t at = 0; source[at] != 0 && expected.size() < room; ++at) {
+        bool const lost = isSurrogate(source[at]) || source[at] >= 0x80000000;
+        expected += sequenceOf(lost ? replacement : source[at]);
+        lossy = lossy || lost;
+    }
+
+    auto const dst = std::make_unique<unsigned char[]>(room + 5); // room is tested after each character
+    bool illegal = true;
+    unsigned long const count = utf32.toUTF8(dst.get(), source.get(), room, ILLCHAR_REPLACE, &illegal);
+    require(count == expected.size() && illegal == lossy, "bytes in UTF-8", "room", room, "got", count);
+    require(std::memcmp(dst.get(), expected.data(), count) == 0, "the bytes in UTF-8", room);
+    require(count > room || dst[count] == 0, "bytes that fit are terminated", room);
+}
+
+constexpr void (*tests[])(VynCharSetConverter&, Place, std::string const&) = {fromUtf8, toUtf8};
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size) {
+    Input input(data, size);
+    auto const test = input.among(tests);
+    Place const end = input.place();
+    test(*VynCharSetConverter::getConverter(VYNCS_UTF32), end, input.text());
+    return 0;
+}
