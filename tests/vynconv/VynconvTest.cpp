@@ -245,7 +245,7 @@ TEST_F(Vynconv, TellsAboutSetsAndItself) {
     EXPECT_EQ(run({"--help"}).out.rfind("Usage: vynconv", 0), 0U);
     std::string const version = run({"--version"}).out;
     EXPECT_EQ(version.rfind("vynconv ", 0), 0U);
-    EXPECT_NE(version.find("(" + std::string(vynulib::instructionSet()) + ")"), std::string::npos) << version;
+    EXPECT_NE(version.find(vynulib::instructionSet()), std::string::npos) << version;
 }
 
 /// Text with much that some set lacks, in the set, with some bytes spoilt. It begins with no mark.
