@@ -30,8 +30,8 @@ constexpr unsigned endOfKeys = keyOf(0xFE, '9', 0xFE, '9') + 1;
 /// The four bytes of a key, the last one in the lowest eight bits.
 constexpr unsigned bytesOf(unsigned key) {
     unsigned const position = key - fourByteKeys;
-    return (position / 12600 + 0x81) << 24 | (position / 1260 % 10 + '0') << 16 | (position / 10 % 126 + 0x81) << 8 |
-           (position % 10 + '0');
+    unsigned const high = position / 1260, low = position % 1260;
+    return (high / 10 + 0x81) << 24 | (high % 10 + '0') << 16 | (low / 10 + 0x81) << 8 | (low % 10 + '0');
 }
 
 constexpr bool isLead(unsigned byte) {

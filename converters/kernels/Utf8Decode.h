@@ -49,6 +49,22 @@ inline Bytes illFormedSeconds(Bytes vector, Bytes before) {
                   lookUp(loadRow(ofSecondHigh), shiftedDown<4>(vector))) != 0);
 }
 
+/// Whether there are lead bytes at all that some second bytes can't follow.
+inline bool hasDoubtfulLeads(ByteBlock const& block) {
+    static constexpr HalfSubset doubtful = [] {
+        HalfSubset leads;
+        for (unsigned const lead : {0xC0U, 0xC1U, 0xE0U, 0xEDU, 0xF0U, 0xF4U})
+            leads.insert(lead);
+        for (unsigned lead = 0xF5; lead <= 0xFF; ++lead)
+            leads.insert(lead);
+        return leads;
+    }();
+    Bytes found = {};
+    for (Bytes const vector : block)
+        found |= membersOf(doubtful, vector ^ 0x80);
+    return !isZero(found);
+}
+
 inline bool isWellFormed(ByteBlock const& block, std::uint64_t inside) {
     Bytes before = {};
     return (signsOf(block,
@@ -84,7 +100,7 @@ Utf8Shape shapeOf(unsigned char const* src, long from = 0, long to = blockBytes)
     std::uint64_t const leads4 = leadsOf<4>(block) & inside;
 
     bool regular = trails == ((leads << 1 | leads3 << 2 | leads4 << 3) & inside);
-    if (Rules == Utf8Rules::strict && regular)
+    if (Rules == Utf8Rules::strict && regular && hasDoubtfulLeads(block))
         regular = isWellFormed(block, inside);
     // At most one of these leads a sequence that is cut off.
     auto const isSetBefore = [to](std::uint64_t mask, long count) {

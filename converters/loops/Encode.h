@@ -5,6 +5,8 @@
 #include "converters/loops/Codec.h"
 #include "converters/loops/Run.h"
 
+#include <cstring>
+
 namespace vyn {
 
 template <class Element>
@@ -33,6 +35,11 @@ struct EncodeCursor {
 };
 
 inline void writeCode(unsigned char* dst, std::uint64_t code, unsigned bytes) {
+    if (bytes == 4) {
+        std::uint32_t const all = __builtin_bswap32(static_cast<std::uint32_t>(code));
+        std::memcpy(dst, &all, sizeof all);
+        return;
+    }
     if (bytes > 2) {
         for (unsigned i = 0; i < bytes - 2; ++i)
             dst[i] = static_cast<unsigned char>(code >> 8 * (bytes - 1 - i));
