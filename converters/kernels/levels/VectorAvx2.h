@@ -52,7 +52,8 @@ inline Bytes loadRow(void const* at) {
     return bytes(_mm256_broadcastsi128_si256(_mm_loadu_si128(static_cast<__m128i const*>(at))));
 }
 
-/// Within each lane: the byte of `row` whose number stands in `index`, or 0 where that has its highest bit set.
+/// Within each lane: the byte of `row` whose number stands in the four lowest bits of `index`, or 0 where that has its
+/// highest bit set.
 inline Bytes lookUp(Bytes row, Bytes index) {
     return bytes(_mm256_shuffle_epi8(raw(row), raw(index)));
 }

@@ -47,9 +47,10 @@ inline Bytes loadRow(void const* at) {
     return load(at);
 }
 
-/// Within each lane: the byte of `row` whose number stands in `index`, or 0 where that has its highest bit set.
+/// Within each lane: the byte of `row` whose number stands in the four lowest bits of `index`, or 0 where that has its
+/// highest bit set.
 inline Bytes lookUp(Bytes row, Bytes index) {
-    return vqtbl1q_u8(row, index);
+    return vqtbl1q_u8(row, index & 0x8F); // which gives 0 for every number beyond the row
 }
 
 /// The differences, 0 where they would be negative.
