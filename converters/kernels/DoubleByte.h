@@ -112,8 +112,11 @@ private:
     DoubleByteRows const& m_rows;
     unsigned char const* m_end;
     long m_count = 0, m_written = 0;
-    unsigned short m_indices[mostAtOnce + 2 * blockBytes];
-    unsigned short m_units[mostAtOnce + 2 * blockBytes];
+    /// The last block of a run may begin just before its end, and what is left of less than a block goes along.
+    static constexpr long mostTaken = mostAtOnce + 2 * blockBytes;
+
+    unsigned short m_indices[mostTaken];
+    unsigned short m_units[mostTaken + vectorUnits];
 };
 
 [[gnu::flatten]] inline BulkDecoded<unsigned char>

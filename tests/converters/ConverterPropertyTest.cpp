@@ -134,6 +134,18 @@ TEST_P(ConverterProperty, TakesIrregularitiesAtEveryPlaceAndAlignment) {
         }
 }
 
+/// Runs of many characters are looked up together: here nearly all are of one byte, and one about the ends of blocks of two.
+TEST_P(ConverterProperty, TakesRunsOfAnyLength) {
+    for (unsigned length = 1020; length < 1220; ++length) {
+        Units units(length, 'a');
+        for (unsigned at = length % 62; at < length; at += 62)
+            units[at] = 0x4E00;
+        Bytes const bytes = kit.encode(units, ampleFor(units)).output;
+        expectDecodes(bytes, ampleFor(bytes), {});
+        expectEncodes(units, ampleFor(units), {});
+    }
+}
+
 /// The text may end with the memory that it is in, without a terminator, where the room or the policy ends it.
 TEST_P(ConverterProperty, ReadsNoFurtherThanItsOutputReaches) {
     for (int i = 0; i < 40 && !HasFailure(); ++i) {

@@ -15,7 +15,6 @@ inline constexpr long vectorBytes = 32;
 using Bytes [[gnu::vector_size(vectorBytes)]] = unsigned char;
 using SignedBytes [[gnu::vector_size(vectorBytes)]] = signed char;
 using Units [[gnu::vector_size(vectorBytes)]] = unsigned short;
-using SignedUnits [[gnu::vector_size(vectorBytes)]] = short;
 using Lane [[gnu::vector_size(16)]] = unsigned char;
 
 inline __m256i raw(auto vector) {

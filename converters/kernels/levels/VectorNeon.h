@@ -13,7 +13,6 @@ inline constexpr long vectorBytes = 16;
 using Bytes = uint8x16_t;
 using SignedBytes = int8x16_t;
 using Units = uint16x8_t;
-using SignedUnits = int16x8_t;
 using Lane = Bytes;
 
 inline Bytes bytes(auto vector) {

@@ -18,7 +18,6 @@ inline constexpr long vectorBytes = 16;
 using Bytes [[gnu::vector_size(vectorBytes)]] = unsigned char;
 using SignedBytes [[gnu::vector_size(vectorBytes)]] = signed char;
 using Units [[gnu::vector_size(vectorBytes)]] = unsigned short;
-using SignedUnits [[gnu::vector_size(vectorBytes)]] = short;
 using Lane = Bytes;
 
 inline __m128i raw(auto vector) {
