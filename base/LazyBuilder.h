@@ -22,12 +22,8 @@ struct LazyBuilder {
     /// `build` throws leaves all as it was; the next use tries again.
     template <class T, class Build>
     static T const& build(Lazy<T>& lazy, Build build) {
-        if (T const* const built = lazy.get())
-            return *built;
-        BuildLock const lock;
-        if (!lazy.m_built)
-            __atomic_store_n(&lazy.m_built, std::unique_ptr<T>(build()).release(), __ATOMIC_RELEASE);
-        return *lazy.m_built;
+        T const* const built = lazy.get();
+        return built ? *built : buildFirst(lazy, build);
     }
 
     /// For the destructor of the owner.
@@ -35,6 +31,16 @@ struct LazyBuilder {
     static void release(Lazy<T>& lazy) noexcept {
         delete lazy.m_built;
         lazy.m_built = nullptr;
+    }
+
+private:
+    /// Out of the way of later uses, which then cost their callers next to nothing.
+    template <class T, class Build>
+    [[gnu::noinline, gnu::cold]] static T const& buildFirst(Lazy<T>& lazy, Build build) {
+        BuildLock const lock;
+        if (!lazy.m_built)
+            __atomic_store_n(&lazy.m_built, std::unique_ptr<T>(build()).release(), __ATOMIC_RELEASE);
+        return *lazy.m_built;
     }
 };
 

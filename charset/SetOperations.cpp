@@ -60,9 +60,9 @@ SetOperations::Decoded decodePartIn(VynCharSetConverter* converter, void const* 
                                     std::size_t room) {
     auto const codec = Set::codec(converter);
     using Element = typename decltype(codec)::Element;
-    DecodeCursor<Element> at{static_cast<Element const*>(src), dst, codec.ready() ? room : 0};
-    at = decodeAll(codec, at, ILLCHAR_REPLACE);
-    return {at.src, static_cast<std::size_t>(at.dst - dst), at.sawIllegal};
+    auto const done =
+        decodeAll(codec, static_cast<Element const*>(src), dst, codec.ready() ? room : 0, ILLCHAR_REPLACE);
+    return {done.src, static_cast<std::size_t>(done.dst - dst), done.sawIllegal};
 }
 
 template <class Set>
@@ -71,10 +71,9 @@ SetOperations::Encoded encodePartIn(VynCharSetConverter* converter, unsigned sho
     auto const codec = Set::codec(converter);
     using Element = typename decltype(codec)::Element;
     auto* const start = static_cast<Element*>(dst);
-    EncodeCursor<Element> at{src, start, codec.ready() ? room / sizeof(Element) : 0};
-    at = encodeAll(codec, at, op);
-    *at.dst = Element{0};
-    return {static_cast<std::size_t>(at.src - src), static_cast<std::size_t>(at.dst - start) * sizeof(Element)};
+    auto const done = encodeAll(codec, src, start, codec.ready() ? room / sizeof(Element) : 0, op);
+    *done.dst = Element{0};
+    return {static_cast<std::size_t>(done.src - src), static_cast<std::size_t>(done.dst - start) * sizeof(Element)};
 }
 
 /// UTF-16, which is copied: of a text without a source limit deliberately nothing is.

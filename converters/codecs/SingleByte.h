@@ -44,7 +44,7 @@ struct SingleByteCodec {
     }
 
     BulkDecoded<Element> decodeVectors(Element const* src, Element const* end, unsigned short* dst) const {
-        return kernels.decodeSingleByte(tables->rows, src, end, dst);
+        return kernels.decodeSingleByte(tables->rows, src, end, dst).from(src, dst);
     }
     BulkEncoded<Element> encodeVectors(unsigned short const* src, unsigned short const* end, Element* dst) const {
         return kernels.encodeSingleByte(tables->rows, src, end, dst);

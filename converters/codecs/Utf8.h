@@ -74,7 +74,7 @@ struct Utf8Codec {
     }
 
     BulkDecoded<Element> decodeVectors(Element const* src, Element const* end, unsigned short* dst) const {
-        return kernels.decodeLenientUtf8(src, end, dst);
+        return kernels.decodeLenientUtf8(src, end, dst).from(src, dst);
     }
     BulkEncoded<Element> encodeVectors(unsigned short const* src, unsigned short const* end, Element* dst) const {
         return kernels.encodeUtf8(src, end, dst);
@@ -139,7 +139,7 @@ struct StrictUtf8Codec : Utf8Codec {
     }
 
     BulkDecoded<Element> decodeVectors(Element const* src, Element const* end, unsigned short* dst) const {
-        return kernels.decodeStrictUtf8(src, end, dst);
+        return kernels.decodeStrictUtf8(src, end, dst).from(src, dst);
     }
     BulkDecoded<Element> decodeBlocks(Element const* src, Element const* end, unsigned short* dst) const {
         return decodeUtf8Blocks<Utf8Rules::strict>(src, end, dst);

@@ -9,6 +9,18 @@ struct BulkDecoded {
     unsigned short* dst;
     bool sawIllegal = false;
 };
+/// The same as a kernel returns it, which is in registers: what is returned in memory is waited for.
+struct KernelDecoded {
+    unsigned long bytes;
+    unsigned long units : 63;
+    unsigned long sawIllegal : 1;
+
+    BulkDecoded<unsigned char> from(unsigned char const* src, unsigned short* dst) const {
+        return {src + bytes, dst + units, sawIllegal != 0};
+    }
+};
+static_assert(sizeof(KernelDecoded) == 2 * sizeof(unsigned long));
+
 template <class Element>
 struct BulkEncoded {
     unsigned short const* src;

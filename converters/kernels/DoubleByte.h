@@ -119,8 +119,8 @@ private:
     unsigned short m_units[mostTaken + vectorUnits];
 };
 
-[[gnu::flatten]] inline BulkDecoded<unsigned char>
-decodeDoubleByte(DoubleByteRows const& rows, unsigned char const* src, unsigned char const* end, unsigned short* dst) {
+inline BulkDecoded<unsigned char> decodeDoubleByte(DoubleByteRows const& rows, unsigned char const* src,
+                                                   unsigned char const* end, unsigned short* dst) {
     if (end - src < blockBytes)
         return {src, dst};
     for (long atOnce = fewestAtOnce; src != end; atOnce = atOnce < mostAtOnce ? 2 * atOnce : atOnce) {

@@ -76,7 +76,7 @@ struct DoubleByteVectors {
                                              unsigned short* dst) const {
         if (!tables->rows)
             return {src, dst};
-        return kernels.decodeDoubleByte(*tables->rows, src, end, dst);
+        return kernels.decodeDoubleByte(*tables->rows, src, end, dst).from(src, dst);
     }
     BulkEncoded<unsigned char> encodeVectors(unsigned short const* src, unsigned short const* end,
                                              unsigned char* dst) const {

@@ -11,12 +11,13 @@
 namespace vyn {
 namespace {
 
-template <class Bulk, class Source, class Target>
-Bulk takeNothing(Source const* src, Source const*, Target* dst) {
-    return {src, dst};
+template <class... Rows>
+KernelDecoded decodeNothing(Rows const&..., unsigned char const*, unsigned char const*, unsigned short*) {
+    return {};
 }
-template <class Bulk, class Table, class Source, class Target>
-Bulk takeNothing(Table const&, Source const* src, Source const*, Target* dst) {
+template <class... Rows>
+BulkEncoded<unsigned char> encodeNothing(Rows const&..., unsigned short const* src, unsigned short const*,
+                                         unsigned char* dst) {
     return {src, dst};
 }
 
@@ -27,15 +28,15 @@ BulkCounted<Element> countNothing(Element const* src, Element const*) {
 
 constexpr Kernels portableKernels = {
     .level = "portable",
-    .decodeLenientUtf8 = takeNothing,
-    .decodeStrictUtf8 = takeNothing,
-    .encodeUtf8 = takeNothing,
+    .decodeLenientUtf8 = decodeNothing<>,
+    .decodeStrictUtf8 = decodeNothing<>,
+    .encodeUtf8 = encodeNothing<>,
     .countLenientUtf8 = countNothing,
     .countUtf8 = countNothing,
-    .decodeSingleByte = takeNothing,
-    .encodeSingleByte = takeNothing,
-    .decodeDoubleByte = takeNothing,
-    .encodeDoubleByte = takeNothing,
+    .decodeSingleByte = decodeNothing<SingleByteRows>,
+    .encodeSingleByte = encodeNothing<SingleByteRows>,
+    .decodeDoubleByte = decodeNothing<DoubleByteRows>,
+    .encodeDoubleByte = encodeNothing<DoubleByteRows>,
     .unitLength = unitLengthByWords,
     .firstUnit = firstUnitByBlocks,
     .lastUnit = lastUnitByBlocks,

@@ -23,12 +23,12 @@ struct PatternEnds {
 /// There is no terminator in it, and room for all that it becomes and a terminator. Nothing else is read, and nothing is
 /// written after what is converted.
 struct Kernels {
-    using Decode = BulkDecoded<unsigned char>(unsigned char const* src, unsigned char const* end, unsigned short* dst);
+    using Decode = KernelDecoded(unsigned char const* src, unsigned char const* end, unsigned short* dst);
     using Encode = BulkEncoded<unsigned char>(unsigned short const* src, unsigned short const* end, unsigned char* dst);
 
     template <class Rows>
-    using DecodeBy = BulkDecoded<unsigned char>(Rows const& rows, unsigned char const* src, unsigned char const* end,
-                                                unsigned short* dst);
+    using DecodeBy = KernelDecoded(Rows const& rows, unsigned char const* src, unsigned char const* end,
+                                   unsigned short* dst);
     template <class Rows>
     using EncodeBy = BulkEncoded<unsigned char>(Rows const& rows, unsigned short const* src, unsigned short const* end,
                                                 unsigned char* dst);

@@ -65,8 +65,8 @@ inline bool decodeVector(SingleByteRows const& rows, unsigned char const* src, u
     return true;
 }
 
-[[gnu::flatten]] inline BulkDecoded<unsigned char>
-decodeSingleByte(SingleByteRows const& rows, unsigned char const* src, unsigned char const* end, unsigned short* dst) {
+inline BulkDecoded<unsigned char> decodeSingleByte(SingleByteRows const& rows, unsigned char const* src,
+                                                   unsigned char const* end, unsigned short* dst) {
     long const done = rows.isLatin1
                           ? forVectors(end - src, [&](long at) { return widenTo(dst + at, load(src + at)), true; })
                           : forVectors(end - src, [&](long at) { return decodeVector(rows, src + at, dst + at); });

@@ -170,8 +170,7 @@ inline unsigned short* widen(unsigned char const* src, unsigned short* dst) {
 
 /// The blocks of a text. By the lenient rules a pair raises the flag, as its continuation bytes would be read again.
 template <Utf8Rules Rules>
-[[gnu::flatten]] BulkDecoded<unsigned char> decodeUtf8(unsigned char const* src, unsigned char const* end,
-                                                       unsigned short* dst) {
+inline BulkDecoded<unsigned char> decodeUtf8(unsigned char const* src, unsigned char const* end, unsigned short* dst) {
     auto const* const start = src;
     bool pairs = false;
     auto const done = [&] { return BulkDecoded<unsigned char>{src, dst, Rules == Utf8Rules::lenient && pairs}; };

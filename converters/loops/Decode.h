@@ -134,14 +134,15 @@ decodeBulk(Codec const& codec, typename Codec::Element const* src, typename Code
 
 /// The literal path alone, to the end of the text, the room or the source limit, in elements.
 template <Decodes Codec>
-[[gnu::noinline]] DecodeCursor<typename Codec::Element>
-decodeUpTo(long limit, Codec codec, DecodeCursor<typename Codec::Element> at, ILLCHAR_OPTYPE op) {
+[[gnu::noinline]] BulkDecoded<typename Codec::Element>
+decodeUpTo(long limit, Codec codec, DecodeCursor<typename Codec::Element> const& from, ILLCHAR_OPTYPE op) {
+    auto at = from;
     auto const* const start = at.src;
     Decoded found;
     while (at.hasMore() && decodeCharacter(codec, at, found, op))
         if (found.limited && at.src - start >= limit)
             break;
-    return at;
+    return {at.src, at.dst, at.sawIllegal};
 }
 
 /// Elements that fit for certain, whatever they become.
@@ -177,28 +178,32 @@ decodeInTurns(Codec const& codec, DecodeCursor<typename Codec::Element> at, Run<
     return at;
 }
 
-/// Out of the way of texts that end where a bulk form does. Takes the cursor by its address, as what was just written in
-/// parts would be copied as a whole, for which processors wait.
+/// Out of the way of texts that end where a bulk form does.
 template <Decodes Codec>
-[[gnu::noinline]] void goOnDecoding(Codec codec, DecodeCursor<typename Codec::Element>& at,
-                                    Run<typename Codec::Element> run, ILLCHAR_OPTYPE op) {
-    at = decodeInTurns(codec, at, run, op);
+[[gnu::noinline]] BulkDecoded<typename Codec::Element>
+goOnDecoding(Codec codec, DecodeCursor<typename Codec::Element> const& from, Run<typename Codec::Element> run,
+             ILLCHAR_OPTYPE op) {
+    auto const at = decodeInTurns(codec, from, run, op);
+    return {at.src, at.dst, at.sawIllegal};
 }
 
-/// Without a source limit.
+/// Without a source limit. There is no cursor on the way of a text that is one regular run: it would be kept in memory.
 template <Decodes Codec>
-[[gnu::always_inline]] inline DecodeCursor<typename Codec::Element>
-decodeAll(Codec const& codec, DecodeCursor<typename Codec::Element> at, ILLCHAR_OPTYPE op) {
-    Run<typename Codec::Element> run(at.src, op);
+[[gnu::always_inline]] inline BulkDecoded<typename Codec::Element>
+decodeAll(Codec const& codec, typename Codec::Element const* src, unsigned short* dst, unsigned long room,
+          ILLCHAR_OPTYPE op) {
+    Run<typename Codec::Element> run(src, op);
+    BulkDecoded<typename Codec::Element> done{src, dst};
     if constexpr (DecodesVectors<Codec>) {
-        unsigned long const ahead = run.ahead(at.src, elementsThatFit<Codec>(at.room));
-        if (ahead >= shortestForKernel)
-            at.took(codec.decodeVectors(at.src, at.src + ahead, at.dst));
-        if (!at.hasMore())
-            return at;
+        unsigned long const ahead = run.ahead(src, elementsThatFit<Codec>(room));
+        if (ahead >= shortestForKernel) {
+            done = codec.decodeVectors(src, src + ahead, dst);
+            room -= static_cast<unsigned long>(done.dst - dst);
+        }
+        if (room == 0 || *done.src == 0)
+            return done;
     }
-    goOnDecoding(codec, at, run, op);
-    return at;
+    return goOnDecoding(codec, {done.src, done.dst, room, done.sawIllegal}, run, op);
 }
 
 /// `VynCharSetConverter::toUTF16` of the set whose codec `codecOf` returns. `limit` is the source limit in elements, 0
@@ -210,15 +215,15 @@ unsigned long decodeText(CodecOf codecOf, unsigned short* dst, void const* src, 
         return 0;
     auto const codec = codecOf();
     using Element = typename decltype(codec)::Element;
-    DecodeCursor<Element> at{static_cast<Element const*>(src), dst, codec.ready() ? room : 0};
-    if (limit > 0)
-        at = decodeUpTo(limit, codec, at, op);
-    else
-        at = decodeAll(codec, at, op);
-    *at.dst = 0;
+    if (!codec.ready())
+        room = 0;
+    auto const* const text = static_cast<Element const*>(src);
+    auto const done =
+        limit > 0 ? decodeUpTo(limit, codec, {text, dst, room}, op) : decodeAll(codec, text, dst, room, op);
+    *done.dst = 0;
     if (illegal)
-        *illegal = at.sawIllegal;
-    return static_cast<unsigned long>(at.dst - dst);
+        *illegal = done.sawIllegal;
+    return static_cast<unsigned long>(done.dst - dst);
 }
 
 } // namespace vyn

@@ -34,6 +34,14 @@ struct EncodeCursor {
     }
 };
 
+/// How far the conversion of a text came.
+template <class Element>
+struct EncodedText {
+    unsigned short const* src;
+    Element* dst;
+    bool sawIllegal = false;
+};
+
 inline void writeCode(unsigned char* dst, std::uint64_t code, unsigned bytes) {
     if (bytes == 4) {
         std::uint32_t const all = __builtin_bswap32(static_cast<std::uint32_t>(code));
@@ -193,27 +201,32 @@ encodeInTurns(Codec const& codec, EncodeCursor<typename Codec::Element> at, Run<
     return at;
 }
 
-/// Out of the way of texts that end where a bulk form does. Takes the cursor by its address, as what was just written in
-/// parts would be copied as a whole, for which processors wait.
+/// Out of the way of texts that end where a bulk form does.
 template <Encodes Codec>
-[[gnu::noinline]] void goOnEncoding(Codec codec, EncodeCursor<typename Codec::Element>& at, Run<unsigned short> run,
-                                    ILLCHAR_OPTYPE op) {
-    at = encodeInTurns(codec, at, run, op);
+[[gnu::noinline]] EncodedText<typename Codec::Element> goOnEncoding(Codec codec,
+                                                                    EncodeCursor<typename Codec::Element> const& from,
+                                                                    Run<unsigned short> run, ILLCHAR_OPTYPE op) {
+    auto const at = encodeInTurns(codec, from, run, op);
+    return {at.src, at.dst, at.sawIllegal};
 }
 
+/// There is no cursor on the way of a text that is one regular run: it would be kept in memory.
 template <Encodes Codec>
-[[gnu::always_inline]] inline EncodeCursor<typename Codec::Element>
-encodeAll(Codec const& codec, EncodeCursor<typename Codec::Element> at, ILLCHAR_OPTYPE op) {
-    Run<unsigned short> run(at.src, op);
+[[gnu::always_inline]] inline EncodedText<typename Codec::Element>
+encodeAll(Codec const& codec, unsigned short const* src, typename Codec::Element* dst, unsigned long room,
+          ILLCHAR_OPTYPE op) {
+    Run<unsigned short> run(src, op);
+    BulkEncoded<typename Codec::Element> done{src, dst};
     if constexpr (EncodesVectors<Codec>) {
-        unsigned long const ahead = run.ahead(at.src, unitsThatFit<Codec>(at.room, op));
-        if (areWorthKernel(at.src, ahead))
-            at.took(codec.encodeVectors(at.src, at.src + ahead, at.dst));
-        if (!at.hasMore())
-            return at;
+        unsigned long const ahead = run.ahead(src, unitsThatFit<Codec>(room, op));
+        if (areWorthKernel(src, ahead)) {
+            done = codec.encodeVectors(src, src + ahead, dst);
+            room -= static_cast<unsigned long>(done.dst - dst);
+        }
+        if (room == 0 || *done.src == 0)
+            return {done.src, done.dst};
     }
-    goOnEncoding(codec, at, run, op);
-    return at;
+    return goOnEncoding(codec, {done.src, done.dst, room}, run, op);
 }
 
 /// `VynCharSetConverter::fromUTF16` of the set whose codec `codecOf` returns.
@@ -225,12 +238,11 @@ unsigned long encodeText(CodecOf codecOf, void* dst, unsigned short const* src, 
     auto const codec = codecOf();
     using Element = typename decltype(codec)::Element;
     auto* const start = static_cast<Element*>(dst);
-    EncodeCursor<Element> at{src, start, codec.ready() ? dstCap / sizeof(Element) : 0};
-    at = encodeAll(codec, at, op);
-    *at.dst = Element{0};
+    auto const done = encodeAll(codec, src, start, codec.ready() ? dstCap / sizeof(Element) : 0, op);
+    *done.dst = Element{0};
     if (illegal)
-        *illegal = at.sawIllegal;
-    return static_cast<unsigned long>(at.dst - start) * sizeof(Element);
+        *illegal = done.sawIllegal;
+    return static_cast<unsigned long>(done.dst - start) * sizeof(Element);
 }
 
 } // namespace vyn

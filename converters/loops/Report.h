@@ -79,34 +79,35 @@ public:
 
     [[gnu::always_inline]] Progress run(char16_t* dst, std::size_t room) {
         auto* const begin = reinterpret_cast<unsigned short*>(dst);
-        Cursor at{start(), begin, room};
+        BulkDecoded<Element> done{start(), begin};
         if constexpr (DecodesVectors<Codec>) {
-            std::size_t const ahead = elementsAhead(at, end());
-            if (ahead >= shortestForKernel)
-                at.took(m_codec.decodeVectors(at.src, at.src + ahead, at.dst));
-            if (at.src == end())
-                return {Status::done, m_source.size(), static_cast<std::size_t>(at.dst - begin), 0};
+            std::size_t const ahead = elementsAhead(done.src, room);
+            if (ahead >= shortestForKernel) {
+                done = m_codec.decodeVectors(done.src, done.src + ahead, begin);
+                room -= static_cast<std::size_t>(done.dst - begin);
+            }
+            if (done.src == end())
+                return {Status::done, m_source.size(), static_cast<std::size_t>(done.dst - begin), 0};
         }
-        return runInTurns(at, begin);
+        return runInTurns({done.src, done.dst, room}, begin);
     }
 
 private:
     using Element = typename Codec::Element;
     using Cursor = DecodeCursor<Element>;
 
-    static std::size_t elementsAhead(Cursor const& at, Element const* textEnd) {
-        return std::min(static_cast<std::size_t>(textEnd - at.src), elementsThatFit<Codec>(at.room));
+    std::size_t elementsAhead(Element const* src, std::size_t room) const {
+        return std::min(static_cast<std::size_t>(end() - src), elementsThatFit<Codec>(room));
     }
 
-    /// Goes on from `at`, both paths in turns. Out of the way of pieces that end where a bulk form does.
-    /// By its address, as what was just written in parts would be copied as a whole, for which processors wait.
+    /// Goes on, both paths in turns. Out of the way of pieces that end where a bulk form does.
     [[gnu::noinline]] Progress runInTurns(Cursor const& cursor, unsigned short const* begin) {
         Cursor at = cursor;
         Codec const codec = m_codec;
         Element const* const textEnd = end();
         Turns turns;
         while (!m_ended && at.src != textEnd) {
-            std::size_t const ahead = elementsAhead(at, textEnd);
+            std::size_t const ahead = elementsAhead(at.src, at.room);
             long const taken = at.took(decodeBulk<Ample>(codec, at.src, at.src + ahead, at.dst));
             for (unsigned left = turns.charactersAfter(taken); left != 0 && at.src != textEnd; --left) {
                 Decoded const found = decodeNext(codec, at.src, textEnd);
@@ -240,15 +241,18 @@ public:
 
     [[gnu::always_inline]] Progress run(char* dst, std::size_t room) {
         auto* const begin = reinterpret_cast<Element*>(dst);
-        Cursor at{start(), begin, room / sizeof(Element)};
+        BulkEncoded<Element> done{start(), begin};
+        room /= sizeof(Element);
         if constexpr (EncodesVectors<Codec>) {
-            std::size_t const ahead = unitsAhead(at, end());
-            if (areWorthKernel(at.src, ahead))
-                at.took(m_codec.encodeVectors(at.src, at.src + ahead, at.dst));
-            if (at.src == end())
-                return {Status::done, m_source.size(), static_cast<std::size_t>(at.dst - begin) * sizeof(Element), 0};
+            std::size_t const ahead = unitsAhead(done.src, room);
+            if (areWorthKernel(done.src, ahead)) {
+                done = m_codec.encodeVectors(done.src, done.src + ahead, begin);
+                room -= static_cast<std::size_t>(done.dst - begin);
+            }
+            if (done.src == end())
+                return {Status::done, m_source.size(), static_cast<std::size_t>(done.dst - begin) * sizeof(Element), 0};
         }
-        return runInTurns(at, begin);
+        return runInTurns({done.src, done.dst, room}, begin);
     }
 
 private:
@@ -256,20 +260,19 @@ private:
     using Cursor = EncodeCursor<Element>;
 
     /// What fits for certain, whatever it becomes. A bulk form may touch the room for a terminator, which is none here.
-    static std::size_t unitsAhead(Cursor const& at, unsigned short const* textEnd) {
-        std::size_t const room = std::max(at.room, std::size_t{1}) - 1;
-        return std::min(static_cast<std::size_t>(textEnd - at.src), room / Codec::maxElementsPerUnit);
+    std::size_t unitsAhead(unsigned short const* src, std::size_t room) const {
+        std::size_t const roomBefore = std::max(room, std::size_t{1}) - 1;
+        return std::min(static_cast<std::size_t>(end() - src), roomBefore / Codec::maxElementsPerUnit);
     }
 
-    /// Goes on from `at`, both paths in turns. Out of the way of pieces that end where a bulk form does.
-    /// By its address, as what was just written in parts would be copied as a whole, for which processors wait.
+    /// Goes on, both paths in turns. Out of the way of pieces that end where a bulk form does.
     [[gnu::noinline]] Progress runInTurns(Cursor const& cursor, Element const* begin) {
         Cursor at = cursor;
         Codec const codec = m_codec;
         unsigned short const* const textEnd = end();
         Turns turns;
         while (!m_ended && at.src != textEnd) {
-            std::size_t const ahead = unitsAhead(at, textEnd);
+            std::size_t const ahead = unitsAhead(at.src, at.room);
             long const taken = at.took(encodeBulk(codec, at.src, at.src + ahead, at.dst));
             for (unsigned left = turns.charactersAfter(taken); left != 0 && at.src != textEnd; --left) {
                 Bounded const text{at.src, static_cast<std::size_t>(textEnd - at.src)};

@@ -11,18 +11,28 @@
 namespace vyn {
 namespace {
 
+/// `Decode` as the kernels of a table are declared.
+template <auto Decode, class... Rows>
+[[gnu::flatten]] KernelDecoded counted(Rows const&... rows, unsigned char const* src, unsigned char const* end,
+                                       unsigned short* dst) {
+    BulkDecoded<unsigned char> const done = Decode(rows..., src, end, dst);
+    return {.bytes = static_cast<unsigned long>(done.src - src),
+            .units = static_cast<unsigned long>(done.dst - dst) & ~0UL >> 1,
+            .sawIllegal = done.sawIllegal};
+}
+
 /// The kernels in the vectors of the level that includes this.
 constexpr Kernels kernelsOf(char const* level) {
     return {
         .level = level,
-        .decodeLenientUtf8 = decodeUtf8<Utf8Rules::lenient>,
-        .decodeStrictUtf8 = decodeUtf8<Utf8Rules::strict>,
+        .decodeLenientUtf8 = counted<decodeUtf8<Utf8Rules::lenient>>,
+        .decodeStrictUtf8 = counted<decodeUtf8<Utf8Rules::strict>>,
         .encodeUtf8 = encodeUtf8,
         .countLenientUtf8 = countUtf8Units,
         .countUtf8 = countUtf8Bytes,
-        .decodeSingleByte = decodeSingleByte,
+        .decodeSingleByte = counted<decodeSingleByte, SingleByteRows>,
         .encodeSingleByte = encodeSingleByte,
-        .decodeDoubleByte = decodeDoubleByte,
+        .decodeDoubleByte = counted<decodeDoubleByte, DoubleByteRows>,
         .encodeDoubleByte = encodeDoubleByte,
         .unitLength = unitLength,
         .firstUnit = firstUnit,
