@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/CheckedReads.h"
 #include "converters/kernels/HalfSubset.h"
 #include "converters/kernels/PackingRows.h"
 
@@ -31,16 +32,6 @@ inline void loadBlock(UnitBlock& block, unsigned short const* at) {
     for (long i = 0; i < blockVectors; ++i)
         block[i] = units(load(at + i * vectorUnits));
 }
-
-/// The first `count` elements of a text, less than a block, with zeros behind them.
-template <class Element>
-struct PartOfBlock {
-    PartOfBlock(Element const* at, long count) {
-        std::memcpy(elements, at, static_cast<unsigned long>(count) * sizeof(Element));
-    }
-
-    Element elements[blockBytes / sizeof(Element)] = {};
-};
 
 inline Bytes filled(unsigned char byte) {
     return Bytes{} + byte;
@@ -94,6 +85,80 @@ void forLanes(auto low, auto high, Store store) {
     }
 }
 
+/// The last bytes of what is stored, a lane of them, for the end of a text: nothing may be stored behind that, and to store
+/// it elsewhere and copy it would mean to wait for the stores.
+struct LastLane {
+    /// Adds the first `count` bytes of `packed`, 0 to 16.
+    void append(Lane packed, unsigned long count) {
+        static constexpr unsigned char none = 0x80; // looks up 0
+        static constexpr unsigned char positions[3 * sizeof(Lane)] = {
+            none, none, none, none, none, none, none, none, none, none, none, none, none, none, none, none,
+            0,    1,    2,    3,    4,    5,    6,    7,    8,    9,    10,   11,   12,   13,   14,   15,
+            none, none, none, none, none, none, none, none, none, none, none, none, none, none, none, none};
+        lane = lookUp(lane, loadLane(positions + sizeof lane + count)) | lookUp(packed, loadLane(positions + count));
+    }
+
+    Lane lane = {};
+};
+
+/// Stores packed lanes one after the other, each with rubbish behind it. To `finish` tells where they end.
+template <class Element>
+struct LaneWriter {
+    void operator()(Lane packed, unsigned long count) {
+        storeLane(dst, packed);
+        dst += count;
+    }
+
+    Element* finish() const { return dst; }
+
+    Element* dst;
+};
+
+/// The same of a whole block, but with nothing behind the last one: what the last lanes become is stored together with what
+/// stands before it. Any half of the lanes, in a row, becomes a whole lane at least.
+template <class Element, int Lanes>
+struct WholeBlockWriter {
+    void operator()(Lane packed, unsigned long count) {
+        constexpr int half = Lanes / 2;
+        if (taken >= 2)
+            last.append(packed, count * sizeof(Element));
+        if (taken <= half)
+            storeLane(dst, packed);
+        dst += count;
+        if (taken > half)
+            storeLane(dst - sizeof(Lane) / sizeof(Element), last.lane);
+        ++taken;
+    }
+    Element* finish() const { return dst; }
+
+    Element* dst;
+    LastLane last = {};
+    int taken = 0;
+};
+
+/// Stores packed lanes up to `end` and nothing behind that, of which there is a lane at least.
+template <class Element>
+struct BoundedLaneWriter {
+    static constexpr long laneElements = sizeof(Lane) / sizeof(Element);
+
+    void operator()(Lane packed, unsigned long count) {
+        auto const left = static_cast<unsigned long>(end - dst);
+        count = count < left ? count : left;
+        last.append(packed, count * sizeof(Element));
+        auto* const whole = end - laneElements; // stored over in the end
+        storeLane(dst < whole ? dst : whole, packed);
+        dst += count;
+    }
+    Element* finish() const {
+        storeLane(end - laneElements, last.lane);
+        return end;
+    }
+
+    Element* dst;
+    Element* end;
+    LastLane last = {};
+};
+
 /// Copies some 100 bytes without a call.
 inline void copyShort(void* to, void const* from, unsigned long count) {
     auto* const dst = static_cast<unsigned char*>(to);
@@ -107,6 +172,39 @@ inline void copyShort(void* to, void const* from, unsigned long count) {
     for (unsigned long i = 0; i < count - step; i += step)
         storeLane(dst + i, loadLane(src + i));
     storeLane(dst + count - step, loadLane(src + count - step));
+}
+
+/// The first `count` elements of a text, less than a block, and anything behind them: what is there in memory, where a block
+/// can be read.
+template <class Element>
+class PartOfBlock {
+public:
+    PartOfBlock(Element const* at, long count) : m_at(at) {
+        constexpr std::uintptr_t page = 4096; // or more
+        if (!readsAreChecked && reinterpret_cast<std::uintptr_t>(at) % page <= page - blockBytes)
+            return;
+        copyShort(m_copy, at, static_cast<unsigned long>(count) * sizeof(Element));
+        m_at = m_copy;
+    }
+
+    Element const* elements() const { return m_at; }
+
+private:
+    Element const* m_at;
+    Element m_copy[blockBytes / sizeof(Element)];
+};
+
+/// Makes all but the first `count` units zeros.
+inline void keepFirst(UnitBlock& block, long count) {
+    static constexpr struct Mask {
+        constexpr Mask() {
+            for (long i = 0; i < blockUnits; ++i)
+                units[i] = 0xFFFF;
+        }
+        unsigned short units[2 * blockUnits] = {};
+    } mask;
+    for (long i = 0; i < blockVectors; ++i)
+        block[i] &= units(load(mask.units + blockUnits - count + i * vectorUnits));
 }
 
 /// A lane of which those bytes are moved together that a row keeps.
@@ -123,20 +221,21 @@ struct PackedLane {
     unsigned bits; ///< That are set in those of the mask.
 };
 
-/// Stores the first byte of each unit, and the second where its bit in `two` is set; up to 8 bytes of rubbish after them.
-inline unsigned char* storeOneOrTwoBytes(UnitBlock const& block, std::uint32_t two, unsigned char* dst) {
-    auto const storeOf = [&](Lane lane) {
+/// Writes the first byte of each unit, and the second where its bit in `two` is set.
+template <class Writer>
+unsigned char* writeOneOrTwoBytes(UnitBlock const& block, std::uint32_t two, Writer write) {
+    auto const writeLane = [&](Lane lane) {
         PackedLane const packed(lane, oneOrTwoBytes, two);
         two >>= 8;
-        storeLane(dst, packed.lane);
-        dst += 8 + packed.bits;
+        write(packed.lane, 8 + packed.bits);
     };
-    for (Units const vector : block) {
-        storeOf(laneOf<0>(vector));
+#pragma GCC unroll 4
+    for (long i = 0; i < blockVectors; ++i) {
+        writeLane(laneOf<0>(block[i]));
         if constexpr (vectorBytes == 32)
-            storeOf(laneOf<1>(vector));
+            writeLane(laneOf<1>(block[i]));
     }
-    return dst;
+    return write.finish();
 }
 
 /// Not 0 for the bytes of the subset, if it is one of ASCII.

@@ -158,7 +158,8 @@ inline unsigned char* writeCodes(unsigned short* codes, long count, unsigned cha
     for (; packed < count; packed += blockUnits) {
         UnitBlock block;
         loadBlock(block, codes + packed);
-        end = storeOneOrTwoBytes(block, bitsOf(block, [](Units vector) { return units(vector > 0xFF); }), end);
+        end = writeOneOrTwoBytes(block, bitsOf(block, [](Units vector) { return units(vector > 0xFF); }),
+                                 LaneWriter<unsigned char>{end});
     }
     auto const length = end - written - (packed - count);
     std::memcpy(dst, written, static_cast<unsigned long>(length));

@@ -20,8 +20,8 @@ struct PatternEnds {
 
 /// The bulk forms that use the vectors of one instruction set. Each converts characters from the start of [src, end), as
 /// long as they are regular and come by the block; what it leaves, up to everything, is for the forms that need no vectors.
-/// There is no terminator in it, and room for all that it becomes and a terminator. Nothing else is read, and nothing is
-/// written after what is converted.
+/// There is no terminator in it, and room for all that it becomes and a terminator. Nothing is written after what is
+/// converted, and nothing is read but what lies in the same page, and not even that where reads are checked.
 struct Kernels {
     using Decode = KernelDecoded(unsigned char const* src, unsigned char const* end, unsigned short* dst);
     using Encode = BulkEncoded<unsigned char>(unsigned short const* src, unsigned short const* end, unsigned char* dst);

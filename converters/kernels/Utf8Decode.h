@@ -84,6 +84,17 @@ std::uint64_t leadsOf(ByteBlock const& block) {
     return signsOf(block, [](auto vector) { return subtractSaturated(vector, filled(first - 0x80)); });
 }
 
+inline std::uint64_t trailsOf(ByteBlock const& block) {
+    return signsOf(block, [](Bytes vector) { return bytes(reinterpret_cast<SignedBytes>(vector) < -0x40); });
+}
+
+/// Where the first character of a block begins, the bytes of which are characters but for cut off ones at both ends.
+inline long firstCharacterOf(unsigned char const* src) {
+    ByteBlock block;
+    loadBlock(block, src);
+    return __builtin_ctzll(~trailsOf(block));
+}
+
 /// Of the positions `from` to `to` of the block at `src`.
 template <Utf8Rules Rules>
 Utf8Shape shapeOf(unsigned char const* src, long from = 0, long to = blockBytes) {
@@ -93,8 +104,7 @@ Utf8Shape shapeOf(unsigned char const* src, long from = 0, long to = blockBytes)
     std::uint64_t const higher = signsOf(block) & inside;
     if (higher == 0)
         return {true, true, false, to, inside};
-    auto const isTrail = [](Bytes vector) { return bytes(reinterpret_cast<SignedBytes>(vector) < -0x40); };
-    std::uint64_t const trails = signsOf(block, isTrail) & inside;
+    std::uint64_t const trails = trailsOf(block) & inside;
     std::uint64_t const leads = higher & ~trails;
     std::uint64_t const leads3 = leadsOf<3>(block) & inside;
     std::uint64_t const leads4 = leadsOf<4>(block) & inside;
@@ -111,11 +121,11 @@ Utf8Shape shapeOf(unsigned char const* src, long from = 0, long to = blockBytes)
     return {regular, false, (leads4 & whole) != 0, end, whole & ~(leads | leads3 << 1)};
 }
 
-/// Stores the units that end at `kept` positions of the block at `src`, and rubbish after them, but no more units than there
-/// are bytes in a block. Returns where they end.
-template <bool Pairs>
-unsigned short* storeUnits(unsigned char const* src, std::uint64_t kept, unsigned short* dst) {
+/// Writes the units that end at `kept` positions of the block at `src`.
+template <bool Pairs, class Writer>
+unsigned short* writeUnits(unsigned char const* src, std::uint64_t kept, Writer write) {
     Bytes before = {};
+#pragma GCC unroll 4
     for (long i = 0; i < blockVectors; ++i) {
         // Seen from the end of a sequence.
         Bytes const last = load(src + i * vectorBytes);
@@ -136,29 +146,45 @@ unsigned short* storeUnits(unsigned char const* src, std::uint64_t kept, unsigne
         forLanes(interleaveLow(low, high), interleaveHigh(low, high), [&](Lane lane) {
             PackedLane const packed(lane, unitsKept, kept);
             kept >>= 8;
-            storeLane(dst, packed.lane);
-            dst += packed.bits;
+            write(packed.lane, packed.bits);
         });
         before = last;
     }
-    return dst;
+    return write.finish();
 }
 
 /// Pairs are rare: what they need is kept out of the registers of other text.
-[[gnu::noinline]] inline unsigned short* storePairs(unsigned char const* src, std::uint64_t kept, unsigned short* dst) {
-    return storeUnits<true>(src, kept, dst);
+template <class Writer>
+[[gnu::noinline]] unsigned short* writePairs(unsigned char const* src, std::uint64_t kept, auto... at) {
+    return writeUnits<true>(src, kept, Writer{at...});
 }
 
-inline unsigned short* storeShape(unsigned char const* src, Utf8Shape const& shape, unsigned short* dst) {
-    return shape.pairs ? storePairs(src, shape.units, dst) : storeUnits<false>(src, shape.units, dst);
+/// By a writer made of `at`.
+template <class Writer>
+unsigned short* writeShape(unsigned char const* src, Utf8Shape const& shape, auto... at) {
+    return shape.pairs ? writePairs<Writer>(src, shape.units, at...)
+                       : writeUnits<false>(src, shape.units, Writer{at...});
 }
 
-/// Stores the units alone.
-inline unsigned short* storeExactly(unsigned char const* src, Utf8Shape const& shape, unsigned short* dst) {
+/// Stores the units and rubbish behind them, which are together no more than there are bytes in a block.
+inline unsigned short* storeUnits(unsigned char const* src, Utf8Shape const& shape, unsigned short* dst) {
+    return writeShape<LaneWriter<unsigned short>>(src, shape, dst);
+}
+
+/// Stores the units of a whole block alone, of which all but the first few bytes are characters.
+inline unsigned short* storeWhole(unsigned char const* src, Utf8Shape const& shape, unsigned short* dst) {
+    return writeShape<WholeBlockWriter<unsigned short, blockBytes / 8>>(src, shape, dst);
+}
+
+/// Stores the units of part of a block alone.
+inline unsigned short* storePart(unsigned char const* src, Utf8Shape const& shape, unsigned short* dst) {
+    using Writer = BoundedLaneWriter<unsigned short>;
+    unsigned const count = countOf(shape.units);
+    if (count >= Writer::laneElements)
+        return writeShape<Writer>(src, shape, dst, dst + count);
     unsigned short stored[blockBytes];
-    unsigned short const* const storedEnd = storeShape(src, shape, stored);
-    auto const count = storedEnd - stored;
-    copyShort(dst, stored, static_cast<unsigned long>(count) * sizeof *dst);
+    storeUnits(src, shape, stored);
+    copyShort(dst, stored, count * sizeof *dst);
     return dst + count;
 }
 
@@ -173,6 +199,10 @@ template <Utf8Rules Rules>
 inline BulkDecoded<unsigned char> decodeUtf8(unsigned char const* src, unsigned char const* end, unsigned short* dst) {
     auto const* const start = src;
     bool pairs = false;
+    auto const took = [&](Utf8Shape const& shape, long before) {
+        src += shape.end - before;
+        pairs |= shape.pairs;
+    };
     auto const done = [&] { return BulkDecoded<unsigned char>{src, dst, Rules == Utf8Rules::lenient && pairs}; };
     while (end - src >= blockBytes) {
         Utf8Shape shape = shapeOf<Rules>(src);
@@ -181,31 +211,33 @@ inline BulkDecoded<unsigned char> decodeUtf8(unsigned char const* src, unsigned 
             Utf8Shape const next = shapeOf<Rules>(src + shape.end);
             if (!next.regular)
                 break;
-            dst = storeShape(src, shape, dst);
-            src += shape.end;
-            pairs |= shape.pairs;
+            dst = storeUnits(src, shape, dst);
+            took(shape, 0);
             shape = next;
         }
         if (!shape.regular)
             return done();
-        dst = shape.ascii ? widen(src, dst) : storeExactly(src, shape, dst);
-        src += shape.end;
-        pairs |= shape.pairs;
+        dst = shape.ascii ? widen(src, dst) : storeWhole(src, shape, dst);
+        took(shape, 0);
     }
-    // What is left, as the end of a whole block where there is one.
-    auto const takeRest = [&](unsigned char const* block, long from, long to) {
-        Utf8Shape const shape = shapeOf<Rules>(block, from, to);
-        if (!shape.regular)
-            return;
-        dst = storeExactly(block, shape, dst);
-        src += shape.end - from;
-        pairs |= shape.pairs;
-    };
     long const rest = end - src;
-    if (rest != 0 && end - start >= blockBytes)
-        takeRest(end - blockBytes, blockBytes - rest, blockBytes);
-    else if (rest >= shortestRest)
-        takeRest(PartOfBlock<unsigned char>(src, rest).elements, 0, rest);
+    if (rest != 0 && end - start >= blockBytes) {
+        // The end of a whole block, of which the characters before it are stored again.
+        auto const* const block = end - blockBytes;
+        Utf8Shape const shape = shapeOf<Rules>(block, firstCharacterOf(block));
+        if (!shape.regular)
+            return done();
+        long const before = blockBytes - rest;
+        dst = storeWhole(block, shape, dst - countOf(shape.units & firstBits(before)));
+        took(shape, before);
+    } else if (rest >= shortestRest) {
+        PartOfBlock<unsigned char> const part(src, rest);
+        Utf8Shape const shape = shapeOf<Rules>(part.elements(), 0, rest);
+        if (!shape.regular)
+            return done();
+        dst = storePart(part.elements(), shape, dst);
+        took(shape, 0);
+    }
     return done();
 }
 

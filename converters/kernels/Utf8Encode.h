@@ -20,9 +20,7 @@ inline Units isSurrogate(Units vector) {
     return units((vector & 0xF800) == 0xD800);
 }
 
-inline Utf16Shape shapeOf(unsigned short const* src) {
-    UnitBlock block;
-    loadBlock(block, src);
+inline Utf16Shape shapeOf(UnitBlock const& block) {
     Units all = {};
     Units surrogates = {};
     for (Units const vector : block) {
@@ -42,20 +40,38 @@ inline Utf16Shape shapeOf(unsigned short const* src) {
     return {Utf16Kind::pairs, blockUnits - static_cast<long>(high >> (blockUnits - 1))};
 }
 
-inline unsigned char* storeAscii(UnitBlock const& block, unsigned char* dst) {
-    for (long i = 0; i < blockVectors; i += 2)
-        store(dst + i * vectorUnits, narrow(block[i], block[i + 1]));
-    return dst + blockUnits;
+inline Units isLonger(Units vector) {
+    return units(vector > 0x7F);
+}
+inline Units isLongest(Units vector) {
+    return units(vector > 0x7FF) & ~isSurrogate(vector);
 }
 
-inline unsigned char* storeUpToTwoBytes(UnitBlock const& block, unsigned char* dst) {
-    auto const isLonger = [](Units vector) { return units(vector > 0x7F); };
+template <class Writer>
+unsigned char* writeAscii(UnitBlock const& block, Writer write) {
+    for (long i = 0; i < blockVectors; i += 2) {
+        Bytes const narrowed = narrow(block[i], block[i + 1]);
+        write(laneOf<0>(narrowed), sizeof(Lane));
+        if constexpr (vectorBytes == 32)
+            write(laneOf<1>(narrowed), sizeof(Lane));
+    }
+    return write.finish();
+}
+
+template <class Writer>
+unsigned char* writeUpToTwoBytes(UnitBlock const& block, Writer write) {
     UnitBlock found;
     for (long i = 0; i < blockVectors; ++i) {
         Units const longer = block[i] >> 6 | (block[i] & 0x3F) << 8 | 0x80C0;
         found[i] = (longer & isLonger(block[i])) | (block[i] & ~isLonger(block[i]));
     }
-    return storeOneOrTwoBytes(found, bitsOf(block, isLonger), dst);
+    return writeOneOrTwoBytes(found, bitsOf(block, isLonger), write);
+}
+
+inline Utf16Shape shapeOf(unsigned short const* src) {
+    UnitBlock block;
+    loadBlock(block, src);
+    return shapeOf(block);
 }
 
 /// A half of a pair becomes the two bytes that are its share of the four: the high one the first two.
@@ -68,10 +84,12 @@ inline Units bytesOfHalves(Units vector, Units before) {
     return (first & isHigh) | (second & ~isHigh);
 }
 
-template <bool Pairs>
-unsigned char* storeUpToThreeBytes(UnitBlock const& block, unsigned char* dst) {
+template <bool Pairs, class Writer>
+unsigned char* writeUpToThreeBytes(UnitBlock const& block, Writer write) {
     Units before = {};
-    for (Units const vector : block) {
+#pragma GCC unroll 4
+    for (long i = 0; i < blockVectors; ++i) {
+        Units const vector = block[i];
         Units const isAscii = units(vector < 0x80), isShort = units(vector < 0x800);
         // The last two bytes of three. A sequence of two has another mark in the first of them; ASCII is the second.
         Units last = (vector >> 6 & 0x3F) | (vector & 0x3F) << 8 | 0x8080 | (isShort & 0x40);
@@ -90,36 +108,65 @@ unsigned char* storeUpToThreeBytes(UnitBlock const& block, unsigned char* dst) {
         forLanes(interleaveUnitsLow(last, first), interleaveUnitsHigh(last, first), [&](Lane lane) {
             PackedLane const packed(lane, oneToThreeBytes, more);
             more >>= 8;
-            storeLane(dst, packed.lane);
-            dst += 4 + packed.bits;
+            write(packed.lane, 4 + packed.bits);
         });
     }
-    return dst;
+    return write.finish();
 }
 
-/// Stores the bytes of a regular block, and less than 16 bytes of rubbish after them. Returns where they end.
+/// Of a regular block. A high surrogate at its end, of which the low one follows, becomes two bytes too.
+template <class Writer>
+unsigned char* writeBytes(UnitBlock const& block, Utf16Kind kind, Writer write) {
+    switch (kind) {
+    case Utf16Kind::ascii:
+        return writeAscii(block, write);
+    case Utf16Kind::upToTwoBytes:
+        return writeUpToTwoBytes(block, write);
+    case Utf16Kind::upToThreeBytes:
+        return writeUpToThreeBytes<false>(block, write);
+    default:
+        return writeUpToThreeBytes<true>(block, write);
+    }
+}
+
+/// Stores the bytes of the units that the shape takes, and less than 20 bytes of rubbish behind them.
 inline unsigned char* storeBytes(unsigned short const* src, Utf16Shape shape, unsigned char* dst) {
     UnitBlock block;
     loadBlock(block, src);
-    switch (shape.kind) {
+    return writeBytes(block, shape.kind, LaneWriter<unsigned char>{dst}) - 2 * (blockUnits - shape.length);
+}
+
+/// How many bytes become of the units of a regular block that `which` chooses.
+inline unsigned countBytes(UnitBlock const& block, std::uint64_t which) {
+    return countOf(which) + countOf(bitsOf(block, isLonger) & which) + countOf(bitsOf(block, isLongest) & which);
+}
+
+/// Stores the bytes of all units of a regular block alone.
+inline unsigned char* storeWhole(UnitBlock const& block, Utf16Kind kind, unsigned char* dst) {
+    switch (kind) {
     case Utf16Kind::ascii:
-        return storeAscii(block, dst);
+        return writeAscii(block, LaneWriter<unsigned char>{dst});
     case Utf16Kind::upToTwoBytes:
-        return storeUpToTwoBytes(block, dst);
-    case Utf16Kind::upToThreeBytes:
-        return storeUpToThreeBytes<false>(block, dst);
-    default: // a high surrogate at the end, of which the low one follows, wrote two bytes too many
-        return storeUpToThreeBytes<true>(block, dst) - 2 * (blockUnits - shape.length);
+        return writeUpToTwoBytes(block, WholeBlockWriter<unsigned char, blockUnits / 8>{dst});
+    default:
+        return writeBytes(block, kind, WholeBlockWriter<unsigned char, blockUnits / 4>{dst});
     }
 }
 
-/// Stores the bytes alone, without those of `padding` zeros at the end of the block.
-inline unsigned char* storeExactly(unsigned short const* src, Utf16Shape shape, long padding, unsigned char* dst) {
-    unsigned char stored[3 * blockUnits + sizeof(Lane)];
-    auto const count = storeBytes(src, shape, stored) - stored - padding;
-    copyShort(dst, stored, static_cast<unsigned long>(count));
-    return dst + count;
+/// Stores the bytes of the first `count` units alone, at least 6 of them.
+inline unsigned char* storePart(UnitBlock const& block, Utf16Shape shape, long count, unsigned char* dst) {
+    using Writer = BoundedLaneWriter<unsigned char>;
+    unsigned const bytes = countBytes(block, firstBits(count));
+    if (bytes >= Writer::laneElements)
+        return writeBytes(block, shape.kind, Writer{dst, dst + bytes});
+    unsigned char stored[blockUnits + sizeof(Lane)];
+    writeBytes(block, shape.kind, LaneWriter<unsigned char>{stored});
+    copyShort(dst, stored, bytes);
+    return dst + bytes;
 }
+
+/// Of so many units behind a block, storing them one by one is faster.
+inline constexpr long fewUnits = 4;
 
 /// One by one, up to a surrogate.
 inline BulkEncoded<unsigned char> encodeFew(unsigned short const* src, unsigned short const* end, unsigned char* dst) {
@@ -158,21 +205,31 @@ inline BulkEncoded<unsigned char> encodeFew(unsigned short const* src, unsigned 
             return {src, dst};
         if (shape.kind == Utf16Kind::ascii)
             continue;
-        dst = storeExactly(src, shape, 0, dst);
+        UnitBlock block;
+        loadBlock(block, src);
+        dst = shape.length == blockUnits ? storeWhole(block, shape.kind, dst)
+                                         : storePart(block, shape, shape.length, dst);
         src += shape.length;
     }
     long const rest = end - src;
-    if (rest < shortestRest && src != start)
-        return encodeFew(src, end, dst);
-    if (rest >= shortestRest) {
-        PartOfBlock<unsigned short> const part(src, rest);
-        Utf16Shape const shape = shapeOf(part.elements);
-        if (shape.kind != Utf16Kind::irregular) {
-            dst = storeExactly(part.elements, shape, blockUnits - rest, dst);
-            src = end;
-        }
+    if (rest > fewUnits && src != start) {
+        // The end of a whole block, of which the units before it are stored again.
+        UnitBlock block;
+        loadBlock(block, end - blockUnits);
+        Utf16Shape const shape = shapeOf(block);
+        if (shape.kind != Utf16Kind::irregular && shape.length == blockUnits)
+            return {end, storeWhole(block, shape.kind, dst - countBytes(block, firstBits(blockUnits - rest)))};
     }
-    return {src, dst};
+    if (rest < shortestRest)
+        return encodeFew(src, end, dst);
+    PartOfBlock<unsigned short> const part(src, rest);
+    UnitBlock block;
+    loadBlock(block, part.elements());
+    keepFirst(block, rest);
+    Utf16Shape const shape = shapeOf(block);
+    if (shape.kind == Utf16Kind::irregular)
+        return {src, dst};
+    return {end, storePart(block, shape, rest, dst)};
 }
 
 /// The bytes that the blocks of a text become.
@@ -180,21 +237,12 @@ inline BulkEncoded<unsigned char> encodeFew(unsigned short const* src, unsigned 
                                                                    unsigned short const* end) {
     unsigned long count = 0;
     while (end - src >= blockUnits) {
-        Utf16Shape const shape = shapeOf(src);
+        UnitBlock block;
+        loadBlock(block, src);
+        Utf16Shape const shape = shapeOf(block);
         if (shape.kind == Utf16Kind::irregular)
             break;
-        if (shape.kind == Utf16Kind::ascii) {
-            count += blockUnits;
-        } else {
-            UnitBlock block;
-            loadBlock(block, src);
-            std::uint32_t const longer = bitsOf(block, [](Units vector) { return units(vector > 0x7F); });
-            std::uint32_t const longest =
-                bitsOf(block, [](Units vector) { return units(vector > 0x7FF) & ~isSurrogate(vector); });
-            // A half of a pair at the end, which is not taken, is one of two bytes like others.
-            count += static_cast<unsigned long>(blockUnits) + countOf(longer) + countOf(longest);
-            count -= 2 * static_cast<unsigned long>(blockUnits - shape.length);
-        }
+        count += shape.kind == Utf16Kind::ascii ? blockUnits : countBytes(block, firstBits(shape.length));
         src += shape.length;
     }
     return {src, count};
