@@ -5,7 +5,7 @@
 #include "base/UnitEscape.h"
 #include "charset/ServedSets.h"
 #include "charset/UnitPieces.h"
-#include "converters/kernels/UnitScan.h"
+#include "converters/kernels/TextScan.h"
 #include "converters/loops/Text.h"
 
 #include <vynulib/CharSetConverterManager.h>
@@ -259,7 +259,7 @@ unsigned int GetNullCharSize(VynCharSet cs) {
 }
 
 unsigned int VynCharSetWStrlen(unsigned short const* s) {
-    return s ? static_cast<unsigned int>(vyn::unitLength(s, static_cast<unsigned long>(-1))) : 0;
+    return s ? static_cast<unsigned int>(vyn::lengthWithin(s, static_cast<unsigned long>(-1))) : 0;
 }
 
 bool VynCharSetWStrEqual(unsigned short const* a, unsigned short const* b) {

@@ -2,7 +2,7 @@
 
 #include "base/LazyBuilder.h"
 #include "converters/codecs/SingleByte.h"
-#include "converters/kernels/UnitScan.h"
+#include "converters/kernels/TextScan.h"
 #include "converters/loops/Decode.h"
 #include "converters/loops/Encode.h"
 
@@ -33,9 +33,9 @@ unsigned long VynCharSetConverterSBCS::fromUTF16(void* dst, unsigned short const
 }
 
 unsigned long VynCharSetConverterSBCS::getNumUnits(void const* src, unsigned long len) {
-    return src ? strnlen(static_cast<char const*>(src), len) : 0;
+    return src ? vyn::lengthWithin(static_cast<unsigned char const*>(src), len) : 0;
 }
 
 unsigned long VynCharSetConverterSBCS::getNumBytes(unsigned short const* src, unsigned long len) {
-    return src ? vyn::unitLength(src, len) : 0;
+    return src ? vyn::lengthWithin(src, len) : 0;
 }

@@ -1,6 +1,6 @@
 #include <vynulib/VynCharSetConverterUTF16.h>
 
-#include "converters/kernels/UnitScan.h"
+#include "converters/kernels/TextScan.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -13,7 +13,7 @@ constexpr unsigned long unitSize = sizeof(unsigned short);
 /// The units before the first zero unit of the text at `src`, at most `maxUnits`.
 unsigned long lengthOf(void const* src, unsigned long maxUnits) {
     if (reinterpret_cast<std::uintptr_t>(src) % unitSize == 0)
-        return vyn::unitLength(static_cast<unsigned short const*>(src), maxUnits);
+        return vyn::lengthWithin(static_cast<unsigned short const*>(src), maxUnits);
     auto const* bytes = static_cast<unsigned char const*>(src);
     unsigned long units = 0;
     while (units < maxUnits && (bytes[units * unitSize] != 0 || bytes[units * unitSize + 1] != 0))
@@ -45,7 +45,7 @@ unsigned long VynCharSetConverterUTF16::fromUTF16(void* dst, unsigned short cons
         return 0;
     if (illegal)
         *illegal = false;
-    unsigned long const bytes = vyn::unitLength(src, dstCap / unitSize) * unitSize;
+    unsigned long const bytes = vyn::lengthWithin(src, dstCap / unitSize) * unitSize;
     std::memcpy(dst, src, bytes);
     std::memset(static_cast<unsigned char*>(dst) + bytes, 0, unitSize);
     return bytes;
@@ -57,5 +57,5 @@ unsigned long VynCharSetConverterUTF16::getNumUnits(void const* src, unsigned lo
 }
 
 unsigned long VynCharSetConverterUTF16::getNumBytes(unsigned short const* src, unsigned long len) {
-    return src ? vyn::unitLength(src, len) * unitSize : 0;
+    return src ? vyn::lengthWithin(src, len) * unitSize : 0;
 }

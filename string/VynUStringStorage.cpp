@@ -5,7 +5,7 @@
 #include "base/PaddedBytes.h"
 #include "charset/ServedSets.h"
 #include "charset/UnitPieces.h"
-#include "converters/kernels/UnitScan.h"
+#include "converters/kernels/TextScan.h"
 #include "string/Draft.h"
 
 #include <algorithm>
@@ -158,7 +158,7 @@ VynUString::VynUString(unsigned short const* s) : VynUString() {
 VynUString::VynUString(unsigned short const* s, unsigned long n) : VynUString() {
     if (s == nullptr || n == 0)
         return;
-    unsigned long const units = vyn::unitLength(s, n);
+    unsigned long const units = vyn::lengthWithin(s, n);
     Draft draft(*this, n); // deliberate: room for all of `n`, even where the text is shorter
     std::memcpy(draft.units(), s, units * sizeof(unsigned short));
     draft.keep(units);

@@ -174,14 +174,19 @@ inline void copyShort(void* to, void const* from, unsigned long count) {
     storeLane(dst + count - step, loadLane(src + count - step));
 }
 
+/// Whether so many bytes can be read at `at` if one can.
+inline bool isWithinPage(void const* at, unsigned long bytes) {
+    constexpr unsigned long page = 4096; // or more
+    return reinterpret_cast<std::uintptr_t>(at) % page <= page - bytes;
+}
+
 /// The first `count` elements of a text, less than a block, and anything behind them: what is there in memory, where a block
 /// can be read.
 template <class Element>
 class PartOfBlock {
 public:
     PartOfBlock(Element const* at, long count) : m_at(at) {
-        constexpr std::uintptr_t page = 4096; // or more
-        if (!readsAreChecked && reinterpret_cast<std::uintptr_t>(at) % page <= page - blockBytes)
+        if (!readsAreChecked && isWithinPage(at, blockBytes))
             return;
         copyShort(m_copy, at, static_cast<unsigned long>(count) * sizeof(Element));
         m_at = m_copy;

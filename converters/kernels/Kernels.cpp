@@ -1,7 +1,7 @@
 #include "converters/kernels/Kernels.h"
 
 #include "converters/kernels/PortableUnits.h"
-#include "converters/kernels/UnitScan.h"
+#include "converters/kernels/TextScan.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -26,6 +26,10 @@ BulkCounted<Element> countNothing(Element const* src, Element const*) {
     return {src, 0};
 }
 
+unsigned long byteLength(unsigned char const* text, unsigned long most) {
+    return strnlen(reinterpret_cast<char const*>(text), most);
+}
+
 constexpr Kernels portableKernels = {
     .level = "portable",
     .decodeLenientUtf8 = decodeNothing<>,
@@ -37,6 +41,7 @@ constexpr Kernels portableKernels = {
     .encodeSingleByte = encodeNothing<SingleByteRows>,
     .decodeDoubleByte = decodeNothing<DoubleByteRows>,
     .encodeDoubleByte = encodeNothing<DoubleByteRows>,
+    .byteLength = byteLength,
     .unitLength = unitLengthByWords,
     .firstUnit = firstUnitByBlocks,
     .lastUnit = lastUnitByBlocks,

@@ -47,8 +47,10 @@ struct Kernels {
     DecodeBy<DoubleByteRows>* decodeDoubleByte;
     EncodeBy<DoubleByteRows>* encodeDoubleByte;
 
-    /// As `unitLengthByWords`, whose blocks are those that hold a unit of the text.
-    unsigned long (*unitLength)(unsigned short const* text, unsigned long maxUnits);
+    /// The elements before the first zero element, at most `most`, which is above 0; units at even addresses. Where reads are
+    /// checked they are not to be called.
+    unsigned long (*byteLength)(unsigned char const* text, unsigned long most);
+    unsigned long (*unitLength)(unsigned short const* text, unsigned long most);
 
     // The following take texts of any length, zero units included, and leave nothing.
 

@@ -1,23 +1,14 @@
 #pragma once
 
 #include "base/CheckedReads.h"
-#include "converters/kernels/Kernels.h"
-#include "converters/kernels/UnitScan.h"
+#include "converters/kernels/TextScan.h"
 #include "converters/loops/Text.h"
 
 #include <vynulib/VynCharSetConverter.h>
 
 #include <algorithm>
-#include <cstring>
 
 namespace vyn {
-
-inline unsigned long lengthWithin(unsigned char const* text, unsigned long most) {
-    return strnlen(reinterpret_cast<char const*>(text), most);
-}
-inline unsigned long lengthWithin(unsigned short const* text, unsigned long most) {
-    return unitLength(text, most);
-}
 
 constexpr unsigned long longestCharacter = 4; ///< In elements, of those that bulk forms take.
 

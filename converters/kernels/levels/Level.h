@@ -2,8 +2,8 @@
 
 #include "converters/kernels/DoubleByte.h"
 #include "converters/kernels/SingleByte.h"
+#include "converters/kernels/TextLength.h"
 #include "converters/kernels/UnitComparison.h"
-#include "converters/kernels/UnitLength.h"
 #include "converters/kernels/UnitSearch.h"
 #include "converters/kernels/Utf8Decode.h"
 #include "converters/kernels/Utf8Encode.h"
@@ -34,7 +34,8 @@ constexpr Kernels kernelsOf(char const* level) {
         .encodeSingleByte = encodeSingleByte,
         .decodeDoubleByte = counted<decodeDoubleByte, DoubleByteRows>,
         .encodeDoubleByte = encodeDoubleByte,
-        .unitLength = unitLength,
+        .byteLength = textLength<unsigned char>,
+        .unitLength = textLength<unsigned short>,
         .firstUnit = firstUnit,
         .lastUnit = lastUnit,
         .firstEnds = firstEnds,

@@ -1,8 +1,6 @@
-#include "converters/kernels/UnitScan.h"
+#include "converters/kernels/TextScan.h"
 
-#include "base/CheckedReads.h"
 #include "base/Words.h"
-#include "converters/kernels/Kernels.h"
 
 #include <algorithm>
 
@@ -40,9 +38,7 @@ unsigned long unitLengthByWords(unsigned short const* text, unsigned long maxUni
     return std::min(length + firstZeroUnit(word), maxUnits);
 }
 
-unsigned long unitLength(unsigned short const* text, unsigned long maxUnits) noexcept {
-    if (!readsAreChecked && reinterpret_cast<std::uintptr_t>(text) % sizeof *text == 0)
-        return maxUnits != 0 ? kernels.unitLength(text, maxUnits) : 0;
+unsigned long unitLengthByUnits(unsigned short const* text, unsigned long maxUnits) {
     unsigned long length = 0;
     while (length < maxUnits && text[length] != 0)
         ++length;
