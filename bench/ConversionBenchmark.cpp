@@ -67,7 +67,7 @@ void vynulibDecode(benchmark::State& state, TextOfSet const& text) {
     Samples samples = samplesOf(state, text);
     VynCharSetConverter& converter = *VynCharSetConverter::getConverter(text.cs);
     measure(state, samples, unitsOf, [&](Sample const& sample, char16_t* dst, std::size_t room) {
-        return converter.toUTF16(reinterpret_cast<unsigned short*>(dst), sample.encoded.c_str(), room - 1,
+        return converter.toUTF16(reinterpret_cast<unsigned short*>(dst), sample.encoded.data(), room - 1,
                                  ILLCHAR_REPLACE, nullptr, -1);
     });
 }
@@ -76,7 +76,7 @@ void vynulibEncode(benchmark::State& state, TextOfSet const& text) {
     Samples samples = samplesOf(state, text);
     VynCharSetConverter& converter = *VynCharSetConverter::getConverter(text.cs);
     measure(state, samples, encodedOf, [&](Sample const& sample, char* dst, std::size_t room) {
-        auto const* const source = reinterpret_cast<unsigned short const*>(sample.units.c_str());
+        auto const* const source = reinterpret_cast<unsigned short const*>(sample.units.data());
         return converter.fromUTF16(dst, source, room - 1, ILLCHAR_REPLACE, nullptr);
     });
 }
@@ -179,7 +179,7 @@ void strictTranscode(benchmark::State& state, TextOfSet const& text) {
     });
 }
 
-using PartOfSample = std::string const& (*)(Sample const&);
+using PartOfSample = std::string_view (*)(Sample const&);
 
 void icuConvert(benchmark::State& state, Samples& samples, char const* from, PartOfSample source, char const* to,
                 PartOfSample expected) {
@@ -211,14 +211,14 @@ void iconvTranscode(benchmark::State& state, TextOfSet const& text) {
 void localToUtf8(benchmark::State& state, TextOfSet const& text) {
     Samples samples = samplesOf(state, text);
     measure(state, samples, otherOf, [&](Sample const& sample, char* dst, std::size_t room) {
-        return LocalToUTF8(reinterpret_cast<unsigned char*>(dst), sample.encoded.c_str(), room, text.cs);
+        return LocalToUTF8(reinterpret_cast<unsigned char*>(dst), sample.encoded.data(), room, text.cs);
     });
 }
 
 void utf8ToLocal(benchmark::State& state, TextOfSet const& text) {
     Samples samples = samplesOf(state, text);
     measure(state, samples, encodedOf, [&](Sample const& sample, char* dst, std::size_t room) {
-        return UTF8ToLocal(dst, reinterpret_cast<unsigned char const*>(sample.other.c_str()), room, text.cs);
+        return UTF8ToLocal(dst, reinterpret_cast<unsigned char const*>(sample.other.data()), room, text.cs);
     });
 }
 

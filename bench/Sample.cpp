@@ -18,6 +18,11 @@ struct Word {
     std::string encoded;
 };
 
+struct Text {
+    std::u16string units;
+    std::string encoded;
+};
+
 /// A word ends behind the blank or the mark that separates it from the next.
 std::vector<Word> wordsOf(VynCharSet cs, std::u16string_view sentence) {
     std::vector<Word> words;
@@ -36,8 +41,8 @@ std::u16string_view lastCharacter(std::u16string_view text) {
 }
 
 /// As few characters as make `bytes` bytes.
-Sample makeSample(VynCharSet cs, std::vector<Word> const& words, std::size_t bytes, std::mt19937& random) {
-    Sample made;
+Text makeText(VynCharSet cs, std::vector<Word> const& words, std::size_t bytes, std::mt19937& random) {
+    Text made;
     while (made.encoded.size() < bytes) {
         Word const& word = words[random() % words.size()];
         made.units += word.units;
@@ -46,10 +51,8 @@ Sample makeSample(VynCharSet cs, std::vector<Word> const& words, std::size_t byt
     for (;;) {
         std::u16string_view const last = lastCharacter(made.units);
         std::size_t const length = encodeOrEscape(cs, last).size();
-        if (made.encoded.size() - length < bytes) {
-            made.other = encodeOrEscape(otherSet(cs), made.units);
+        if (made.encoded.size() - length < bytes)
             return made;
-        }
         made.units.erase(made.units.size() - last.size());
         made.encoded.erase(made.encoded.size() - length);
     }
@@ -61,7 +64,27 @@ Samples::Samples(VynCharSet cs, char16_t const* sentence, std::size_t bytes) {
     constexpr std::size_t bytesOfAll = 1 << 16; // with their units they stay in the second-level cache
     std::vector<Word> const words = wordsOf(cs, sentence);
     std::mt19937 random(1);
+    std::vector<Text> texts;
     do
-        m_samples.push_back(makeSample(cs, words, bytes, random));
-    while (m_samples.size() * bytes < bytesOfAll);
+        texts.push_back(makeText(cs, words, bytes, random));
+    while (texts.size() * bytes < bytesOfAll);
+
+    auto const append = [](auto& all, auto const& text) { all.append(text).push_back(0); };
+    std::vector<std::size_t> otherSizes;
+    for (Text const& text : texts) {
+        std::string const other = encodeOrEscape(otherSet(cs), text.units);
+        append(m_units, text.units);
+        append(m_encoded, text.encoded);
+        append(m_other, other);
+        otherSizes.push_back(other.size());
+    }
+    auto const* units = m_units.data();
+    char const *encoded = m_encoded.data(), *other = m_other.data();
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        m_samples.push_back(
+            {{units, texts[i].units.size()}, {encoded, texts[i].encoded.size()}, {other, otherSizes[i]}});
+        units += m_samples[i].units.size() + 1;
+        encoded += m_samples[i].encoded.size() + 1;
+        other += m_samples[i].other.size() + 1;
+    }
 }

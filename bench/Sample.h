@@ -35,20 +35,22 @@ constexpr VynCharSet otherSet(VynCharSet cs) {
     return cs == VYNCS_UTF8 ? VYNCS_GB18030 : VYNCS_UTF8;
 }
 
-/// A text in a set.
+/// A text in a set. A terminator stands behind each form.
 struct Sample {
-    std::u16string units;
-    std::string
+    std::u16string_view units;
+    std::string_view
         encoded; ///< A character that the set lacks is an escape, which no conversion makes of it or takes for it.
-    std::string other; ///< The same in `otherSet`.
+    std::string_view other; ///< The same in `otherSet`.
 };
 
 /// Texts of one size: the words of a sentence in random order. They take turns, as one text again and again would teach
-/// the branch predictor its every turn.
+/// the branch predictor its every turn, and lie one behind the other, as texts picked from all over would be waited for.
 class Samples {
 public:
     /// As few characters in each as make `bytes` bytes.
     Samples(VynCharSet cs, char16_t const* sentence, std::size_t bytes);
+    Samples(Samples const&) = delete;
+    Samples& operator=(Samples const&) = delete;
 
     /// For ever.
     Sample const& next() {
@@ -61,7 +63,9 @@ public:
     std::size_t bytes() const { return m_samples[0].encoded.size(); }
 
 private:
-    std::vector<Sample> m_samples;
+    std::u16string m_units;
+    std::string m_encoded, m_other;
+    std::vector<Sample> m_samples; // of these
     std::size_t m_at = 0;
 };
 
@@ -70,8 +74,8 @@ private:
 /// text compare directly.
 template <class Expected, class Convert>
 void measure(benchmark::State& state, Samples& samples, Expected expected, Convert convert) {
-    using Text = std::remove_cvref_t<decltype(expected(samples.next()))>;
-    Text result(samples.bytes() * 4 + 4, 0); // none of the sets takes more for a byte
+    using Element = typename decltype(expected(samples.next()))::value_type;
+    std::basic_string<Element> result(samples.bytes() * 4 + 4, 0); // none of the sets takes more for a byte
     for (auto _ : state)
         benchmark::DoNotOptimize(convert(samples.next(), result.data(), result.size()));
     bool const asExpected = std::all_of(samples.all().begin(), samples.all().end(), [&](Sample const& sample) {
@@ -83,12 +87,12 @@ void measure(benchmark::State& state, Samples& samples, Expected expected, Conve
     state.SetBytesProcessed(state.iterations() * static_cast<long>(samples.bytes()));
 }
 
-inline std::u16string const& unitsOf(Sample const& sample) {
+inline std::u16string_view unitsOf(Sample const& sample) {
     return sample.units;
 }
-inline std::string const& encodedOf(Sample const& sample) {
+inline std::string_view encodedOf(Sample const& sample) {
     return sample.encoded;
 }
-inline std::string const& otherOf(Sample const& sample) {
+inline std::string_view otherOf(Sample const& sample) {
     return sample.other;
 }
