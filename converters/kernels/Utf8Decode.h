@@ -107,7 +107,7 @@ Utf8Shape shapeOf(unsigned char const* src, long from = 0, long to = blockBytes)
     std::uint64_t const trails = trailsOf(block) & inside;
     std::uint64_t const leads = higher & ~trails;
     std::uint64_t const leads3 = leadsOf<3>(block) & inside;
-    std::uint64_t const leads4 = leadsOf<4>(block) & inside;
+    std::uint64_t const leads4 = leads3 != 0 ? leadsOf<4>(block) & inside : 0;
 
     bool regular = trails == ((leads << 1 | leads3 << 2 | leads4 << 3) & inside);
     if (Rules == Utf8Rules::strict && regular && hasDoubtfulLeads(block))

@@ -22,15 +22,15 @@ inline Units isSurrogate(Units vector) {
 
 inline Utf16Shape shapeOf(UnitBlock const& block) {
     Units all = {};
-    Units surrogates = {};
-    for (Units const vector : block) {
+    for (Units const vector : block)
         all |= vector;
-        surrogates |= isSurrogate(vector);
-    }
     if (isZero(all & 0xFF80))
         return {Utf16Kind::ascii};
     if (isZero(all & 0xF800))
         return {Utf16Kind::upToTwoBytes};
+    Units surrogates = {};
+    for (Units const vector : block)
+        surrogates |= isSurrogate(vector);
     if (isZero(surrogates))
         return {Utf16Kind::upToThreeBytes};
     std::uint32_t const high = bitsOf(block, [](Units vector) { return units((vector & 0xFC00) == 0xD800); });
