@@ -94,9 +94,8 @@ std::string codeList(std::vector<CodeRange> const& codes) {
 }
 
 void printSets() {
-    std::puts(
-        "| Number | Name | Preferred name | Text in | Bytes of a character | of the terminator | Characters | Converter |\n"
-        "|---:|---|---|---|:---:|:---:|---:|---|");
+    std::puts("| Number | Name | Preferred name | Text in | Bytes of a character | of the terminator | Characters "
+              "| Converter |\n|---:|---|---|---|:---:|:---:|---:|---|");
     for (auto const& [cs, language] : languages) {
         std::string bytes = std::to_string(GetMinUnitSize(cs));
         if (GetMaxUnitSize(cs) != GetMinUnitSize(cs))
