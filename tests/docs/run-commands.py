@@ -3,7 +3,8 @@
 run-commands.py DOCUMENT source-directory installed-prefix work-directory cmake c++-compiler
 
 A sample in CMake becomes CMakeLists.txt there and is built. The commands of sh run with a few stand-ins: what would start the
-suite again or change the machine only has to be there. Paths below /usr/local mean the installed prefix.
+suite again or change the machine only has to be there. /usr/local means a link to the installed prefix: pkg-config's answer is
+split at blanks, which a folder of ours may have.
 """
 import os
 import pathlib
@@ -11,6 +12,7 @@ import re
 import shutil
 import subprocess
 import sys
+import tempfile
 
 document, source, prefix, work, cmake, compiler = sys.argv[1:]
 STAND_INS = r"""
@@ -44,7 +46,7 @@ def prepare():
         stand_in.chmod(script.stat().st_mode)
 
 
-def run(commands):
+def run(commands, prefix):
     environment = dict(os.environ, SOURCE=source, PREFIX=prefix, CMAKE=cmake, COMPILER=compiler,
                        PKG_CONFIG_PATH=prefix + "/lib/pkgconfig", LD_LIBRARY_PATH=prefix + "/lib",
                        PATH=f"{prefix}/bin:{os.environ['PATH']}")
@@ -57,8 +59,10 @@ prepare()
 blocks = re.findall(r"^```(sh|cmake)\n(.*?)^```$", pathlib.Path(document).read_text(), re.MULTILINE | re.DOTALL)
 if not blocks:
     sys.exit(document + " has no commands")
-for language, text in blocks:
-    if language == "cmake":
-        pathlib.Path(work, "CMakeLists.txt").write_text(text)
-        text = 'cmake -B sample "-DCMAKE_CXX_COMPILER=$COMPILER" "-DCMAKE_PREFIX_PATH=$PREFIX"; cmake --build sample'
-    run(text)
+with tempfile.TemporaryDirectory() as links:
+    os.symlink(prefix, links + "/prefix")
+    for language, text in blocks:
+        if language == "cmake":
+            pathlib.Path(work, "CMakeLists.txt").write_text(text)
+            text = 'cmake -B sample "-DCMAKE_CXX_COMPILER=$COMPILER" "-DCMAKE_PREFIX_PATH=$PREFIX"; cmake --build sample'
+        run(text, links + "/prefix")
