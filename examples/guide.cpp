@@ -8,7 +8,6 @@
 #include <iterator>
 #include <optional>
 #include <thread>
-#include <vector>
 
 namespace {
 
@@ -52,10 +51,10 @@ void fold(std::string const& line) {
 
 void convertOnThreads(std::string const& bytes) {
     // [threads]
-    std::vector<std::size_t> units(4);
-    std::vector<std::thread> threads;
-    for (std::size_t& count : units)
-        threads.emplace_back([&] { count = vynulib::decode(VYNCS_EUC_KR, bytes).size(); });
+    std::size_t units[4];
+    std::thread threads[4];
+    for (std::size_t i = 0; i < 4; ++i)
+        threads[i] = std::thread([&, i] { units[i] = vynulib::decode(VYNCS_EUC_KR, bytes).size(); });
     for (std::thread& thread : threads)
         thread.join();
     // [threads]
