@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The registry of sets and converters.
+
 #include <vynulib/VynCharSetConverter.h>
 #include <vynulib/VynUString.h>
 

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Strict conversion, whole or in pieces.
+
 #include <vynulib/VynCharSet.h>
 
 #include <cstddef>

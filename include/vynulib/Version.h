@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// What the library says of itself.
+
 #include <vynulib/VynExport.h>
 
 #include <string_view>

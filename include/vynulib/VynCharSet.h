@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The character sets, and conversion in one call.
+
 #include <vynulib/VynExport.h>
 
 /// The named character sets, one ROW(enumerator, number) each. The enumerator is also the set's name as text.
@@ -64,7 +67,9 @@
 /// decided once when the library is loaded, and is accepted wherever a set is. A set that has a name but no converter
 /// (the ISO-2022 family, EUC-TW, the big-endian UTF-16 and UTF-32), and any unknown number, is converted as UTF-8.
 enum VynCharSet : int {
+/// @cond
 #define VYN_CHARSET_ENUMERATOR(name, number) name = number,
+    /// @endcond
     VYN_CHARSETS(VYN_CHARSET_ENUMERATOR)
 #undef VYN_CHARSET_ENUMERATOR
 };

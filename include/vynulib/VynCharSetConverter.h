@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// What all converters have in common.
+
 #include <vynulib/VynCharSet.h>
 
 /// What a conversion does with a character that it can't convert: an unmapped code, an invalid byte sequence, a lone

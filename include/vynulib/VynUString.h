@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The string of UTF-16 units.
+
 #include <vynulib/VynBSTR.h>
 #include <vynulib/VynCharSet.h>
 #include <vynulib/VynPascalString.h>
@@ -442,6 +445,7 @@ private:
 
 /// @name Concatenation with something else on the left
 /// @{
+
 /// The text of one byte in the default set, and the units of `s`.
 VYNULIB_API VynUString operator+(char c, VynUString const& s);
 /// One unit, and the units of `s`.
@@ -455,6 +459,7 @@ VYNULIB_API VynUString operator+(unsigned short const* left, VynUString const& s
 /// @name Comparison operators
 /// As `VynUString::compare` decides; a null pointer is an empty string.
 /// @{
+
 /// As `VynUString::compare` decides.
 VYNULIB_API bool operator==(VynUString const& a, VynUString const& b);
 /// As `VynUString::compare` decides.
