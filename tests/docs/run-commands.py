@@ -18,12 +18,12 @@ document, source, prefix, work, cmake, compiler = sys.argv[1:]
 STAND_INS = r"""
 sudo() { "$@"; }
 ldconfig() { [[ -e $PREFIX/lib/libvynulib64.so ]]; }
-g++() { "$COMPILER" "$@"; }
+g++() { command "$COMPILER" "$@"; }
 cmake() {
     case "$*" in
-        "--preset "* | "--build --preset "*) (cd "$SOURCE" && "$CMAKE" --list-presets=all | grep -F "\"${*: -1}\"") ;;
+        "--preset "* | "--build --preset "*) (cd "$SOURCE" && command "$CMAKE" --list-presets=all | grep -F "\"${*: -1}\"") ;;
         "--install build/release "*) [[ -e $PREFIX/include/vynulib/vynulib.h ]] ;;
-        *) "$CMAKE" "$@" ;;
+        *) command "$CMAKE" "$@" ;;
     esac
 }
 java() { [[ ! -e $PREFIX/share/java/vynxfer.jar ]] || command java "$@"; }
