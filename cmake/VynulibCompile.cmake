@@ -1,8 +1,10 @@
 # How the project's own targets are compiled.
 
-# Language level, private include path and warnings: every target of the project.
+# Language level, private include path and warnings: every target of the project. In C++20 but where an older one is named.
 function(vynulib_compile target)
-  target_compile_features(${target} PRIVATE cxx_std_20)
+  set(standards 20 ${ARGN})
+  list(GET standards -1 standard)
+  target_compile_features(${target} PRIVATE cxx_std_${standard})
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
   # -iquote, not an include directory: the folder string/ must not hide <string>.
   target_compile_options(${target} PRIVATE "SHELL:-iquote \"${PROJECT_SOURCE_DIR}\"")

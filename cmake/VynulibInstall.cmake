@@ -14,3 +14,5 @@ set(pkgconfig_dir "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
 file(RELATIVE_PATH pc_to_prefix "/prefix/${pkgconfig_dir}" "/prefix")
 configure_file("${CMAKE_CURRENT_LIST_DIR}/vynulib64.pc.in" "${PROJECT_BINARY_DIR}/vynulib64.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/vynulib64.pc" DESTINATION "${pkgconfig_dir}")
+
+install(FILES "${PROJECT_SOURCE_DIR}/docs/man/vynulib64.7" DESTINATION "${CMAKE_INSTALL_MANDIR}/man7")

@@ -1,5 +1,4 @@
-// Reads a file in pieces as a character set, and tells how much of it is lost and where the first loss stands:
-// pieces FILE SET
+// Converts a file of any size to UTF-8 and tells where each loss stands: pieces FILE SET
 #include <vynulib/Transcoding.h>
 
 #include <cstdio>
@@ -14,30 +13,30 @@ int main(int argc, char** argv) {
         return 2;
     }
 
-    char bytes[4096];
-    char16_t units[4096]; // no byte makes more than one unit
-    std::size_t kept = 0, offset = 0, characters = 0, losses = 0;
+    char bytes[4096], utf8[4096];
+    std::size_t kept = 0, offset = 0, losses = 0; // `kept` bytes are read and wait, the first of them at `offset`
     for (bool last = false; !last;) {
         std::size_t const got = std::fread(bytes + kept, 1, sizeof bytes - kept, file);
-        std::size_t const filled = kept + got;
+        kept += got;
         last = got == 0;
         std::size_t at = 0;
-        for (;;) {
-            vynulib::Progress const done = vynulib::decode(*set, {bytes + at, filled - at}, units, 4096, last);
-            characters += done.written; // what was converted stands in `units`
+        for (bool more = true; more;) {
+            vynulib::Progress const done =
+                vynulib::transcode(*set, VYNCS_UTF8, {bytes + at, kept - at}, utf8, sizeof utf8, last);
+            std::fwrite(utf8, 1, done.written, stdout);
             at += done.read;
-            if (done.status != vynulib::Status::unconvertible)
-                break;
-            if (losses++ == 0)
-                std::printf("the first loss: %zu bytes at byte %zu\n", done.length, offset + at);
-            at += done.length;
+            more = done.status != vynulib::Status::done;
+            if (done.status == vynulib::Status::unconvertible) {
+                std::fprintf(stderr, "lost: %zu bytes at byte %zu\n", done.length, offset + at);
+                at += done.length;
+                ++losses;
+            }
         }
         offset += at;
-        kept = filled - at; // a character that goes on in the next piece
+        kept -= at; // a character that goes on in the next piece
         std::memmove(bytes, bytes + at, kept);
     }
+    bool const whole = std::ferror(file) == 0 && std::fflush(stdout) == 0;
     std::fclose(file);
-    std::printf("%zu units, %zu losses in %zu bytes of %s\n", characters, losses, offset,
-                vynulib::preferredName(*set).data());
-    return losses == 0 ? 0 : 1;
+    return whole ? losses != 0 : 2;
 }

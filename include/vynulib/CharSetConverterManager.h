@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The registry of sets and converters.
+
 #include <vynulib/VynCharSetConverter.h>
 #include <vynulib/VynUString.h>
 
@@ -30,22 +33,24 @@ public:
     ~CharSetConverterManager();
 
     /// Registers `conv` for `cs`. Does nothing if the set is served already: the converter is then not taken over
-    /// either.
+    /// either. Throws `std::bad_alloc`.
     void insert(VynCharSet cs, VynCharSetConverter* conv, bool isStatic);
 
     /// Registers `name` for `cs`, in both directions; a name or set that is there already keeps what it has.
+    /// Throws `std::bad_alloc`.
     void insertCharSetMap(VynCharSet cs, VynUString const& name);
 
     /// The converter that serves `cs`, never null; see `VynCharSetConverter::getConverter`.
     VynCharSetConverter* getConverter(VynCharSet cs);
 
-    /// Answers for a set that is not registered: the UTF-8 converter.
+    /// Answers for a set `cs` that is not registered: the UTF-8 converter, which stays the library's.
     VynCharSetConverter* load(VynCharSet cs);
 
-    /// See `VynCharSetToString`; the text lives as long as this registry.
+    /// The name of a set, "VYNCS_OS_DEFAULT" without one; as `VynCharSetToString`. The text lives as long as this
+    /// registry.
     char const* charSetToString(VynCharSet cs);
 
-    /// See `VynCharSetFromString`.
+    /// The set of exactly this name, `VYNCS_OS_DEFAULT` for null, empty and unknown names; as `VynCharSetFromString`.
     VynCharSet charSetFromString(char const* name);
 
     /// Fills the table of locale codeset names. Part of the construction.

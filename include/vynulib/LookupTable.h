@@ -9,7 +9,7 @@
 template <class T>
 class VYNULIB_API LookupTable {
 public:
-    LookupTable() noexcept;
+    LookupTable() noexcept; ///< A table without values.
     LookupTable(LookupTable const&) = delete;
     LookupTable& operator=(LookupTable const&) = delete;
     ~LookupTable();
@@ -29,6 +29,7 @@ private:
     T const* m_pPages[pageCount]; // the null page, or a page that this table owns
 };
 
+/// @cond
 template <>
 VYNULIB_API unsigned char const LookupTable<unsigned char>::m_gNullTable[256];
 template <>
@@ -39,3 +40,4 @@ VYNULIB_API unsigned int const LookupTable<unsigned int>::m_gNullTable[256];
 extern template class LookupTable<unsigned char>;
 extern template class LookupTable<unsigned short>;
 extern template class LookupTable<unsigned int>;
+/// @endcond

@@ -7,7 +7,7 @@
 template <class T>
 class VYNULIB_API LookupTableEx {
 public:
-    LookupTableEx() noexcept;
+    LookupTableEx() noexcept; ///< A table without values.
     LookupTableEx(LookupTableEx const&) = delete;
     LookupTableEx& operator=(LookupTableEx const&) = delete;
     ~LookupTableEx();
@@ -29,7 +29,9 @@ private:
     T const* m_pPages[pageCount]; // the null page, or a page that this table owns
 };
 
+/// @cond
 template <>
 VYNULIB_API unsigned short const LookupTableEx<unsigned short>::m_gNullTable[256];
 
 extern template class LookupTableEx<unsigned short>;
+/// @endcond

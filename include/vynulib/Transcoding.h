@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// Strict conversion, whole or in pieces.
+
 #include <vynulib/VynCharSet.h>
 
 #include <cstddef>
@@ -37,15 +40,17 @@ enum class Status {
 
 /// How far a conversion in pieces came.
 struct Progress {
-    Status status;
+    Status status;       ///< Why it came back.
     std::size_t read;    ///< Elements of the source that were converted. What stopped the conversion begins there.
     std::size_t written; ///< Elements that were written to the destination.
     std::size_t length;  ///< `unconvertible`: elements of the source that belong to what was lost; otherwise 0.
 };
 
 /// Converts one piece of a text in the set `from` to UTF-16 in the machine's byte order. Writes at most `room` units to
-/// `dst`, each character whole or not at all. `last` is false where more follows: a character cut short by the end of the
-/// piece is then left unread, and belongs in front of the next piece. Pieces cut anywhere give what the whole gives.
+/// `dst`, each character whole or not at all, and no terminator. `last` is false where more follows: a character cut
+/// short by the end of the piece is then left unread, and belongs in front of the next piece. Stops before a loss,
+/// which the result locates. Pieces cut anywhere give what the whole gives. Throws `std::invalid_argument` for a set
+/// that is not served.
 ///
 ///     char buffer[4096];
 ///     char16_t units[4096]; // as many as bytes are always enough
@@ -60,9 +65,11 @@ struct Progress {
 ///     }
 VYNULIB_API Progress decode(VynCharSet from, std::string_view source, char16_t* dst, std::size_t room, bool last);
 
-/// Converts one piece of UTF-16 to the set `to`. Writes at most `room` bytes to `dst`, each character whole or not at
-/// all; `last` as above. What can't be converted is one unit, an unpaired surrogate or a character that the set lacks, or
-/// the two units of a pair.
+/// Converts one piece of UTF-16 in the machine's byte order to the set `to`. Writes at most `room` bytes to `dst`, each
+/// character whole or not at all, and no terminator. `last` is false where more follows: a high surrogate at the end of
+/// the piece is then left unread. Stops before a loss, which the result locates in units: one unit, an unpaired
+/// surrogate or a character that the set lacks, or the two units of a pair. Throws `std::invalid_argument` for a set
+/// that is not served.
 VYNULIB_API Progress encode(VynCharSet to, std::u16string_view source, char* dst, std::size_t room, bool last);
 
 /// What becomes of a loss.
@@ -79,42 +86,54 @@ struct Report {
     std::size_t firstLoss = std::string_view::npos; ///< Where the first one begins, in elements of the source.
 };
 
-/// Converts one piece of a text from one set to another and goes on through its losses, unless `onError` is `stop`: only
-/// then does it come back with `unconvertible`. Writes at most `room` bytes to `dst`, each character, replacement and escape
-/// whole or not at all; `last` as above. `report` tells what this piece lost, by places in it. Pieces cut anywhere give what
-/// the whole gives.
+/// Converts one piece of a text from one set to another and goes on through its losses, unless `onError` is `stop`:
+/// only then does it come back with `unconvertible`. Writes at most `room` bytes to `dst`, each character, replacement
+/// and escape whole or not at all, and no terminator. `last` is false where more follows: a character cut short by the
+/// end of the piece is then left unread. `report`, which may be null, tells what this piece lost, by places in it.
+/// Pieces cut anywhere give what the whole gives. Throws `std::invalid_argument` for a set that is not served.
 VYNULIB_API Progress transcode(VynCharSet from, VynCharSet to, std::string_view source, char* dst, std::size_t room,
                                bool last, OnError onError = OnError::stop, Report* report = nullptr);
 
-/// A whole text in the set `from` as UTF-16.
+/// A whole text in the set `from` as UTF-16 in the machine's byte order. A loss becomes U+FFFD, or what `onError` says;
+/// `report`, which may be null, counts them and locates the first in bytes. Throws `std::invalid_argument` for a set
+/// that is not served, `std::bad_alloc` where memory runs out.
 VYNULIB_API std::u16string decode(VynCharSet from, std::string_view source, OnError onError = OnError::replace,
                                   Report* report = nullptr);
 
-/// A whole text of UTF-16 in the set `to`.
+/// A whole text of UTF-16, in the machine's byte order, in the set `to`. A loss becomes U+FFFD in a Unicode set and "?"
+/// in others, or what `onError` says; `report`, which may be null, counts them and locates the first in units. Throws
+/// `std::invalid_argument` for a set that is not served, `std::bad_alloc` where memory runs out.
 VYNULIB_API std::string encode(VynCharSet to, std::u16string_view source, OnError onError = OnError::replace,
                                Report* report = nullptr);
 
-/// A whole text from one set to another, in pieces that stay in the first-level cache. A loss on the way in is not counted
-/// again on the way out: where `to` lacks its U+FFFD, it is "?".
+/// A whole text from one set to another, in pieces that stay in the first-level cache. A loss becomes U+FFFD in a
+/// Unicode set and "?" in others, or what `onError` says, and is counted once, whether on the way in or out; `report`,
+/// which may be null, counts them and locates the first in bytes of `source`. Throws `std::invalid_argument` for a set
+/// that is not served, `std::bad_alloc` where memory runs out.
 VYNULIB_API std::string transcode(VynCharSet from, VynCharSet to, std::string_view source,
                                   OnError onError = OnError::replace, Report* report = nullptr);
 
-/// Whether `source` decodes without a loss.
+/// Whether `source` decodes in the set `cs` without a loss. Throws `std::invalid_argument` for a set that is not
+/// served.
 VYNULIB_API bool isValid(VynCharSet cs, std::string_view source);
 
-/// Units that are enough for what any source of `bytes` bytes in the set decodes to, replacements included. The largest
-/// `std::size_t` where they are more than that.
+/// Units that are enough for what any source of `bytes` bytes in the set decodes to, replacements included, a
+/// terminator not. The largest `std::size_t` where they are more than that. Throws `std::invalid_argument` for a set
+/// that is not served.
 VYNULIB_API std::size_t maxUnits(VynCharSet from, std::size_t bytes);
 
-/// Bytes that are enough for what any source of `units` units encodes to, escapes included; saturates likewise.
+/// Bytes that are enough for what any source of `units` units encodes to in the set, escapes included, a terminator
+/// not. The largest `std::size_t` where they are more than that. Throws `std::invalid_argument` for a set that is not
+/// served.
 VYNULIB_API std::size_t maxBytes(VynCharSet to, std::size_t units);
 
 /// The set that people mean by a name or a number: its `VYNCS_` name with or without the prefix, an IANA name, a usual
-/// alias or its code-page number, in any case, with '-', '_' and blanks ignored. Nothing for a name that is not known, or
-/// one of a set that is not served. Throws nothing.
+/// alias or its code-page number, in any case, with '-', '_' and blanks ignored. Nothing for a name that is not known,
+/// or one of a set that is not served. Throws nothing.
 VYNULIB_API std::optional<VynCharSet> charSetNamed(std::string_view name);
 
-/// The IANA name of the set, or its own without prefix where IANA has none; valid while the library is loaded.
+/// The IANA name of the set, or its own without prefix where IANA has none; valid while the library is loaded, and
+/// zero-terminated. Throws `std::invalid_argument` for a set that is not served.
 VYNULIB_API std::string_view preferredName(VynCharSet cs);
 
 } // namespace vynulib

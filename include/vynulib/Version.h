@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// What the library says of itself.
+
 #include <vynulib/VynExport.h>
 
 #include <string_view>
@@ -9,9 +12,9 @@ namespace vynulib {
 /// The version of the library that runs: "1.0.0". It has static lifetime. Any thread may ask.
 VYNULIB_API std::string_view version() noexcept;
 
-/// The instruction set that the library uses for long texts: "avx2", "sse4", "neon" or "portable", chosen when it is loaded.
-/// The variable VYNULIB_LEVEL in the environment names a lower one; what it names is ignored where the machine lacks it.
-/// Results are the same with all. It has static lifetime. Any thread may ask.
+/// The instruction set that the library uses for long texts: "avx2", "sse4", "neon" or "portable", chosen when it is
+/// loaded. The variable VYNULIB_LEVEL in the environment names a lower one; what it names is ignored where the machine
+/// lacks it. Results are the same with all. It has static lifetime. Any thread may ask.
 VYNULIB_API std::string_view instructionSet() noexcept;
 
 } // namespace vynulib

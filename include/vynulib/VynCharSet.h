@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The character sets, and conversion in one call.
+
 #include <vynulib/VynExport.h>
 
 /// The named character sets, one ROW(enumerator, number) each. The enumerator is also the set's name as text.
@@ -64,7 +67,9 @@
 /// decided once when the library is loaded, and is accepted wherever a set is. A set that has a name but no converter
 /// (the ISO-2022 family, EUC-TW, the big-endian UTF-16 and UTF-32), and any unknown number, is converted as UTF-8.
 enum VynCharSet : int {
+/// @cond
 #define VYN_CHARSET_ENUMERATOR(name, number) name = number,
+    /// @endcond
     VYN_CHARSETS(VYN_CHARSET_ENUMERATOR)
 #undef VYN_CHARSET_ENUMERATOR
 };
@@ -98,52 +103,60 @@ VYNULIB_API VynCharSet VynCharSetFromString(char const* name);
 /// - Source and destination are the caller's and must not overlap. Any number of threads may call at once.
 /// @{
 
-/// Byte text in the set `cs` to UTF-8. A source that is not wholly valid in `cs` is taken as ISO 8859-1 instead, so
-/// that no byte is lost. Every supplementary character in a UTF-8 source counts as invalid here: convert UTF-8 with
-/// `UTF8ToUTF16` instead. Nothing is converted from UTF-16 (1200), and of UTF-32 (12000) at most as many units as there
-/// are bytes before the first zero byte.
+/// Byte text in the set `cs` to UTF-8, at most `dstSize` bytes with the zero byte. Returns the bytes without it. A
+/// source that is not wholly valid in `cs` is taken as ISO 8859-1 instead, so that no byte is lost. Every supplementary
+/// character in a UTF-8 source counts as invalid here: convert UTF-8 with `UTF8ToUTF16` instead. Nothing is converted
+/// from UTF-16 (1200), and of UTF-32 (12000) at most as many units as there are bytes before the first zero byte.
 VYNULIB_API unsigned long LocalToUTF8(unsigned char* dst, char const* src, unsigned long dstSize, VynCharSet cs);
 
-/// UTF-8 to byte text in the set `cs`. Invalid UTF-8 becomes U+FFFD before it is converted on.
+/// UTF-8 to byte text in the set `cs`, at most `dstSize` bytes with its terminator. Returns the bytes without it. What
+/// the set lacks becomes "?"; invalid UTF-8 becomes U+FFFD before it is converted on, a stray continuation byte
+/// nothing.
 VYNULIB_API unsigned long UTF8ToLocal(char* dst, unsigned char const* src, unsigned long dstSize, VynCharSet cs);
 
-/// Byte text in the set `cs` to UTF-16; as `LocalToUTF8` in what is invalid and how it is then taken. What lies beyond
-/// the room of `dst` is not looked at.
+/// Byte text in the set `cs` to UTF-16, at most `dstSize` units with the zero unit. Returns the units without it; as
+/// `LocalToUTF8` in what is invalid and how it is then taken. What lies beyond the room of `dst` is not looked at.
 VYNULIB_API unsigned long LocalToUTF16(unsigned short* dst, char const* src, int dstSize, VynCharSet cs);
 
-/// UTF-16 to byte text in the set `cs`.
+/// UTF-16 to byte text in the set `cs`, at most `dstSize` bytes with its terminator. Returns the bytes without it. What
+/// the set lacks becomes "?".
 VYNULIB_API unsigned long UTF16ToLocal(char* dst, unsigned short const* src, unsigned long dstSize, VynCharSet cs);
 
-/// UTF-8 to UTF-16, supplementary characters included.
+/// UTF-8 to UTF-16, supplementary characters included: at most `dstSize` units with the zero unit. Returns the units
+/// without it. A malformed sequence becomes U+FFFD, a stray continuation byte nothing.
 VYNULIB_API unsigned long UTF8ToUTF16(unsigned short* dst, unsigned char const* src, unsigned long dstSize);
 
-/// UTF-16 to UTF-8. A high surrogate without its low one becomes "?"; a low one alone is written in three bytes.
+/// UTF-16 to UTF-8, at most `dstSize` bytes with the zero byte. Returns the bytes without it. A high surrogate without
+/// its low one becomes "?"; a low one alone is written in three bytes.
 VYNULIB_API unsigned long UTF16ToUTF8(unsigned char* dst, unsigned short const* src, unsigned long dstSize);
 
-/// A file name in the default set to UTF-8. A text "U+" with four upper-case hexadecimal digits becomes the UTF-16 unit
-/// of that value, which undoes what `UTF8ToLocalPath` writes. There is no fall-back to ISO 8859-1.
+/// A file name in the default set to UTF-8, at most `dstSize` bytes with the zero byte. Returns the bytes without it. A
+/// text "U+" with four upper-case hexadecimal digits becomes the UTF-16 unit of that value, which undoes what
+/// `UTF8ToLocalPath` writes, and changes a name that held such a text from the beginning. Bytes that are no characters
+/// of the set become U+FFFD: there is no fall-back to ISO 8859-1.
 VYNULIB_API unsigned long LocalPathToUTF8(unsigned char* dst, char const* src, int dstSize);
 
-/// UTF-8 to a file name in the default set. Every UTF-16 unit that the set can't hold is written as "U+" with four
-/// upper-case hexadecimal digits.
+/// UTF-8 to a file name in the default set, at most `dstSize` bytes with its terminator. Returns the bytes without it.
+/// Every UTF-16 unit that the set can't hold is written as "U+" with four upper-case hexadecimal digits.
 VYNULIB_API unsigned long UTF8ToLocalPath(char* dst, unsigned char const* src, int dstSize);
 /// @}
 
-/// The characters of the terminated `src`, as the converter of `cs` counts them (`VynCharSetConverter::getNumUnits`).
-/// Null gives 0.
+/// The UTF-16 units that the terminated `src` becomes, its terminator not counted, as the converter of `cs` counts them
+/// (`VynCharSetConverter::getNumUnits`). Null gives 0, and so does memory that runs out.
 VYNULIB_API unsigned long GetNumUnits(char const* src, VynCharSet cs);
 
 /// The bytes, terminator not counted, that the terminated UTF-16 `src` needs in `cs` when what can't be converted
-/// becomes "?" (`VynCharSetConverter::getNumBytes`). Null gives 0.
+/// becomes "?" (`VynCharSetConverter::getNumBytes`). Null gives 0, and so does memory that runs out.
 VYNULIB_API unsigned long GetNumBytes(unsigned short const* src, VynCharSet cs);
 
-/// Bytes of the shortest character of `cs`.
+/// Bytes of the shortest character of `cs`; of UTF-8 for a set that is not served. Any thread may ask.
 VYNULIB_API unsigned int GetMinUnitSize(VynCharSet cs);
 
-/// Bytes that one UTF-16 unit needs at most in `cs`.
+/// Bytes that one UTF-16 unit needs at most in `cs`, escapes apart; in UTF-8 for a set that is not served. Any thread
+/// may ask.
 VYNULIB_API unsigned int GetMaxUnitSize(VynCharSet cs);
 
-/// Bytes of the terminator of `cs`.
+/// Bytes of the terminator of `cs`, 1, 2 or 4; 1 for a set that is not served. Any thread may ask.
 VYNULIB_API unsigned int GetNullCharSize(VynCharSet cs);
 
 /// The units before the first zero unit of `s`, counted in 32 bits; 0 for null.

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// What all converters have in common.
+
 #include <vynulib/VynCharSet.h>
 
 /// What a conversion does with a character that it can't convert: an unmapped code, an invalid byte sequence, a lone
@@ -27,37 +30,48 @@ enum ILLCHAR_OPTYPE : int {
 /// - Allocation failure while a set's tables are built at its first use is thrown as `std::bad_alloc`.
 class VYNULIB_API VynCharSetConverter {
 public:
+    /// A converter of the set `cs`. It serves the set only where it is registered (`CharSetConverterManager::insert`).
     explicit constexpr VynCharSetConverter(VynCharSet cs) noexcept : m_eCharSet(cs) {}
     VynCharSetConverter(VynCharSetConverter const&) = delete;
     VynCharSetConverter& operator=(VynCharSetConverter const&) = delete;
     virtual ~VynCharSetConverter();
 
-    /// The characters of the set in the first `len` bytes of `src`, or up to its terminator if that comes first.
-    /// `(unsigned long)-1` means up to the terminator; 0 gives 0.
+    /// The units that the first `len` bytes of `src` become, or those up to its terminator if that comes first, counted
+    /// by the form of the bytes: the converters' classes say where malformed ones or UTF-32 make it another number than
+    /// `toUTF16` writes. `(unsigned long)-1` means up to the terminator; 0 and a null `src` give 0.
     virtual unsigned long getNumUnits(void const* src, unsigned long len) = 0;
 
-    /// Converts to UTF-16. Writes at most `dstUnits` units and a zero unit: `dst` holds `dstUnits + 1` units.
+    /// Converts text of the set, up to its terminator, to UTF-16. Writes at most `dstUnits` units, no surrogate pair in
+    /// part, and then a zero unit, which is not counted: `dst` holds `dstUnits + 1` units. What can't be converted sets
+    /// `*illegal`, which may be null, and becomes U+FFFD; with `ILLCHAR_STOP` the text ends before it.
     /// `maxSrc` limits the source as well; -1 means no limit (but see `VynCharSetConverterUTF16`). Byte-oriented sets:
     /// the conversion ends after the character that brings the bytes read to `maxSrc`, 0 and less mean no limit.
     /// Single-byte sets and UTF-32: at most `maxSrc` bytes or values are read, 0 reads none, less means no limit.
-    /// Returns the units written.
+    /// Returns the units written; 0 for null `dst` or `src`, which touches nothing.
     virtual unsigned long toUTF16(unsigned short* dst, void const* src, unsigned long dstUnits, ILLCHAR_OPTYPE op,
                                   bool* illegal, int maxSrc) = 0;
 
     /// The bytes that the first `len` units of `src` need in the set, or those up to its zero unit if that comes first,
-    /// when each character that can't be converted takes a "?". `(unsigned long)-1` means up to the zero unit.
+    /// when each character that can't be converted takes a "?"; terminators are not counted. With `ILLCHAR_ESCAPE` it
+    /// may take 6 bytes for each unit instead. `(unsigned long)-1` means up to the zero unit; 0 and a null `src` give
+    /// 0.
     virtual unsigned long getNumBytes(unsigned short const* src, unsigned long len) = 0;
 
-    /// Converts from UTF-16. Writes at most `dstCap` bytes and the set's terminator: `dst` holds
-    /// `dstCap + getNullCharSize()` bytes. Returns the bytes written.
+    /// Converts UTF-16, up to its zero unit, to the set. Writes at most `dstCap` bytes, no character in part, and then
+    /// the set's terminator, which is not counted: `dst` holds `dstCap + getNullCharSize()` bytes. What can't be
+    /// converted sets `*illegal`, which may be null, and becomes "?" or with `ILLCHAR_ESCAPE` "U+XXXX"; with
+    /// `ILLCHAR_STOP` the text ends before it. Returns the bytes written; 0 for null `dst` or `src`, which touches
+    /// nothing.
     virtual unsigned long fromUTF16(void* dst, unsigned short const* src, unsigned long dstCap, ILLCHAR_OPTYPE op,
                                     bool* illegal) = 0;
 
-    /// Converts straight from UTF-8. Only `VynCharSetConverterUTF32` does; all others return 0 and touch nothing.
+    /// Converts straight from UTF-8, at most `len` characters. Only `VynCharSetConverterUTF32` does; all others return
+    /// 0 and touch nothing.
     virtual unsigned long fromUTF8(void* dst, unsigned char const* src, unsigned long len, ILLCHAR_OPTYPE op,
                                    bool* illegal);
 
-    /// Converts straight to UTF-8. Only `VynCharSetConverterUTF32` does; all others return 0 and touch nothing.
+    /// Converts straight to UTF-8, about `len` bytes. Only `VynCharSetConverterUTF32` does; all others return 0 and
+    /// touch nothing.
     virtual unsigned long toUTF8(unsigned char* dst, void const* src, unsigned long len, ILLCHAR_OPTYPE op,
                                  bool* illegal);
 
@@ -71,7 +85,7 @@ public:
     virtual unsigned int getNullCharSize() const = 0;
 
     /// The converter that serves `cs`, never null: that of the default set for `VYNCS_OS_DEFAULT`, the UTF-8 converter
-    /// for a set that has none of its own. It stays the library's.
+    /// for a set that has none of its own. It stays the library's. Any number of threads may ask at once.
     static VynCharSetConverter* getConverter(VynCharSet cs);
 
 private:

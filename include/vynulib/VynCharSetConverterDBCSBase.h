@@ -10,5 +10,5 @@ public:
     explicit constexpr VynCharSetConverterDBCSBase(unsigned char const* types) noexcept : m_pTypes(types) {}
 
 protected:
-    unsigned char const* m_pTypes;
+    unsigned char const* m_pTypes; ///< The 256 types. Not owned.
 };

@@ -27,6 +27,7 @@ public:
     virtual void load();
 
 protected:
+    /// Values under codes or under units.
     using Table = LookupTable<unsigned short>;
 
     /// Unit of each code. Null until `load`, and for good without a map.

@@ -28,8 +28,8 @@ public:
     virtual void load();
 
 protected:
-    using ForwardTable = LookupTable<unsigned int>;
-    using ReverseTable = LookupTableEx<unsigned short>;
+    using ForwardTable = LookupTable<unsigned int>;     ///< Scalar values under codes.
+    using ReverseTable = LookupTableEx<unsigned short>; ///< Codes under scalar values.
 
     /// Scalar value of each code. Null until `load`, and for good without a map.
     ForwardTable const* forwardTable() const noexcept;

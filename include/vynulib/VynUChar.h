@@ -21,30 +21,30 @@
 /// may ask at once.
 class VYNULIB_API VynUChar {
 public:
-    static constexpr unsigned int UTF32_MAX = 0x10FFFF;
-    static constexpr unsigned int UTF16_MAX = 0xFFFF;
+    static constexpr unsigned int UTF32_MAX = 0x10FFFF; ///< The last code point.
+    static constexpr unsigned int UTF16_MAX = 0xFFFF;   ///< The last code point of one unit.
 
     /// The character of a surrogate pair; U+0000 if the units are not a high and a low surrogate in this order.
     VynUChar(unsigned short high, unsigned short low) noexcept;
-    VynUChar(VynUChar const&) = default;
-    VynUChar& operator=(VynUChar const&) = default;
+    VynUChar(VynUChar const&) = default;            ///< The same character.
+    VynUChar& operator=(VynUChar const&) = default; ///< The same character.
 
-    /// The class bits of a UTF-16 unit.
+    /// The class bits of a UTF-16 unit, 0x1000 for a surrogate.
     static unsigned short getCharClass(unsigned short unit);
 
-    /// The class bits of this character.
+    /// The class bits of this character, 0x1000 for all beyond U+FFFF.
     unsigned short getCharClass() const;
 
-    bool isDigit() const;
-    bool isLetter() const;
-    bool isPunctuation() const;
-    bool isWhiteSpace() const;
+    bool isDigit() const;       ///< Whether its class has the bit 0x0002: decimal, other and letter numbers.
+    bool isLetter() const;      ///< Whether its class has the bit 0x0004: no character beyond U+FFFF.
+    bool isPunctuation() const; ///< Whether its class has the bit 0x0010.
+    bool isWhiteSpace() const;  ///< Whether its class has the bit 0x0001.
 
-    /// Whether no character is assigned to this code point.
+    /// Whether no character is assigned to this code point, as of Unicode 3.0. False for all beyond U+FFFF.
     bool isNonChar() const;
 
-    /// The simple upper-case and lower-case mapping of a unit, 0 for a unit that has none.
-    static VynUCharTable &m_gUpperCaseTable, &m_gLowerCaseTable;
+    static VynUCharTable& m_gUpperCaseTable; ///< The simple upper-case mapping of a unit, 0 for one that has none.
+    static VynUCharTable& m_gLowerCaseTable; ///< The simple lower-case mapping of a unit, 0 for one that has none.
 
     /// The class bits as listed: `getCharClass` adds to them the ideographs, the syllables and the surrogates.
     static VynUCharTable& m_gCharClassTable;

@@ -1,5 +1,8 @@
 #pragma once
 
+/// @file
+/// The string of UTF-16 units.
+
 #include <vynulib/VynBSTR.h>
 #include <vynulib/VynCharSet.h>
 #include <vynulib/VynPascalString.h>
@@ -97,23 +100,26 @@ public:
     /// @name Construction
     /// A length beyond what fits in the object reserves exactly as many units as are counted before converting.
     /// @{
-    VynUString() noexcept;
-    VynUString(VynUString const& o);
+    VynUString() noexcept;               ///< Empty.
+    VynUString(VynUString const& o);     ///< The units of `o`, zero units included, without its cached byte text.
     VynUString(VynUString&& o) noexcept; ///< Takes over heap array and cached byte text; `o` becomes empty.
 
     /// Up to `n` units of `o` from position `p`; empty where `p` is at or past the end.
     VynUString(VynUString const& o, unsigned long p, unsigned long n = npos);
 
-    /// One byte. Empty where `c` is 0 or not a whole character of the set.
+    /// The text of one byte in `cs`. Empty where `c` is 0 or not a whole character of the set.
     VynUString(char c, VynCharSet cs = VYNCS_OS_DEFAULT);
 
-    /// The text of `m` bytes `c`; empty where `c` is 0.
+    /// The text of `m` bytes `c` in `cs`; empty where `c` is 0.
     VynUString(char c, unsigned long m, VynCharSet cs = VYNCS_OS_DEFAULT);
 
     VynUString(unsigned short u); ///< One unit; empty where it is 0.
+    /// One unit; empty where it is 0.
     VynUString(char16_t u) : VynUString(static_cast<unsigned short>(u)) {}
 
     VynUString(unsigned short u, unsigned long m); ///< `m` units `u`; empty where `u` is 0.
+
+    /// `m` units `u`, a `char16_t` or the low 16 bits of an `int`; empty where `u` is 0.
     template <class Unit, class Count, vyn::IfUnitAndCount<Unit, Count> = 0>
     VynUString(Unit u, Count m) : VynUString(static_cast<unsigned short>(u), static_cast<unsigned long>(m)) {}
 
@@ -128,43 +134,54 @@ public:
     VynUString(char const* s, unsigned long len, VynCharSet cs = VYNCS_OS_DEFAULT);
 
     VynUString(unsigned short const* s); ///< Up to the zero unit, less than 2^31 units.
+    /// Up to the zero unit, less than 2^31 units. Null makes an empty string.
     VynUString(char16_t const* s) : VynUString(vyn::unitPointer(s)) {}
 
     VynUString(unsigned short const* s, unsigned long n); ///< `n` units, or fewer up to a zero unit; reserves `n`.
+    /// `n` units, or fewer up to a zero unit; reserves `n`. Null makes an empty string.
     VynUString(char16_t const* s, unsigned long n) : VynUString(vyn::unitPointer(s), n) {}
 
     VynUString(unsigned short const* f, unsigned short const* l); ///< All units of `[f, l)`, zero units included.
+    /// All units of `[f, l)`, zero units included.
     template <class First, class Last, vyn::IfChar16Pointers<First, Last> = 0>
     VynUString(First f, Last l) : VynUString(vyn::unitPointer(f), vyn::unitPointer(l)) {}
 
     VynUString(std::u16string_view s); ///< All its units, zero units included.
 
+    /// The text of its bytes in `cs`, up to a zero byte. What can't be converted becomes U+FFFD.
     VynUString(VynPascalString const& p, VynCharSet cs = VYNCS_OS_DEFAULT);
+    /// The text of its bytes in `cs`, up to a zero byte. What can't be converted becomes U+FFFD. Null makes an empty
+    /// string.
     VynUString(VynPascalString const* p, VynCharSet cs = VYNCS_OS_DEFAULT);
+
     VynUString(VynBSTR const& b); ///< All its units, zero units included.
-    VynUString(VynBSTR const* b);
+    VynUString(VynBSTR const* b); ///< All its units, zero units included. Null makes an empty string.
     /// @}
 
+    /// Releases the heap array and the cached byte text.
     virtual ~VynUString();
 
     /// @name Assignment
     /// The capacity grows to what the new text needs and stays if it suffices. A null pointer or an empty text erases.
     /// @{
-    VynUString& operator=(VynUString const& o);     ///< Of itself: nothing.
-    VynUString& operator=(VynUString&& o) noexcept; ///< Takes over heap array and cached byte text; `o` becomes empty.
-    VynUString& operator=(VynPascalString const* p);
-    VynUString& operator=(VynBSTR const& b);
-    VynUString& operator=(char const* s);
-    VynUString& operator=(unsigned short const* s);
+    VynUString& operator=(VynUString const& o);      ///< The units of `o`, zero units included. Of itself: nothing.
+    VynUString& operator=(VynUString&& o) noexcept;  ///< Takes over heap array and cached byte text; `o` becomes empty.
+    VynUString& operator=(VynPascalString const* p); ///< Its bytes in the default set, up to a zero byte. Null erases.
+    VynUString& operator=(VynBSTR const& b);         ///< All its units, zero units included.
+    VynUString& operator=(char const* s);            ///< Bytes in the default set, up to the zero byte. Null erases.
+    VynUString& operator=(unsigned short const* s);  ///< Up to the zero unit. Null erases.
+    /// Up to the zero unit. Null erases.
     VynUString& operator=(char16_t const* s) { return *this = vyn::unitPointer(s); }
     VynUString& operator=(std::u16string_view s); ///< All its units, zero units included.
-    VynUString& operator=(unsigned short u);
+    VynUString& operator=(unsigned short u);      ///< One unit; 0 erases.
+    /// One unit, a `char16_t` or the low 16 bits of an `int`; 0 erases.
     template <class Unit, vyn::IfUnit<Unit> = 0>
     VynUString& operator=(Unit u) {
         return *this = static_cast<unsigned short>(u);
     }
 
-    /// Keeps the cached byte text, so that `c_str` in the same set still gives the old one.
+    /// One byte in the default set; 0 erases. Keeps the cached byte text, so that `c_str` in the same set still gives
+    /// the old one.
     VynUString& operator=(char c);
 
     /// Copies the text of `o` into storage that is set up anew: **a heap array that this string held is let go of, not
@@ -180,9 +197,11 @@ public:
 
     /// @name Access
     /// @{
+
+    /// The units, the zero unit after them not counted; a surrogate pair is two.
     unsigned long length() const noexcept { return m_oRep.m_ulLength; }
     unsigned long capacity() const noexcept { return m_oRep.m_ulCapacity; } ///< Units that fit without a new array.
-    bool empty() const noexcept { return m_oRep.m_ulLength == 0; }
+    bool empty() const noexcept { return m_oRep.m_ulLength == 0; }          ///< Whether there are no units.
 
     /// The units and the zero unit after them. Valid until the string is changed or destroyed.
     unsigned short const* data() const noexcept { return m_oRep.m_pText; }
@@ -195,8 +214,10 @@ public:
         return std::u16string_view(units, length());
     }
 
-    unsigned short& at(unsigned long i); ///< Throws for `i` at or past the end. Writing keeps the cached byte text.
-    unsigned short const& at(unsigned long i) const;
+    /// The unit at `i`. Throws `std::out_of_range` for `i` at or past the end. Writing keeps the cached byte text, so
+    /// that `c_str` in the same set still gives the old one.
+    unsigned short& at(unsigned long i);
+    unsigned short const& at(unsigned long i) const; ///< The unit at `i`. Throws for `i` at or past the end.
 
     /// The `i`-th code point, in the cached byte text of `VYNCS_UTF32`: writing to it does not change the string.
     /// Throws for `i` at or past `numChars`. Valid as long as what `c_str` returns.
@@ -208,12 +229,15 @@ public:
 
     /// @name Conversion to bytes
     /// @{
-    /// The bytes that the text needs in `cs`, terminator not counted.
+
+    /// The bytes that the text needs in `cs`, up to its first zero unit and terminator not counted, where each
+    /// character that the set lacks becomes "?".
     unsigned long length(VynCharSet cs) const;
 
-    /// The text in `cs`, with that set's terminator. The bytes are the string's: they stay valid until the text is
-    /// changed, `c_str` is called with another set or the string is destroyed. A second call with the same set converts
-    /// nothing. Where memory runs out, the bytes of before are gone.
+    /// The text in `cs` up to its first zero unit, "?" for what the set lacks, with that set's terminator. The bytes
+    /// are the string's: they stay valid until the text is changed, `c_str` is called with another set or the string is
+    /// destroyed. A second call with the same set converts nothing. Where memory runs out, the bytes of before are
+    /// gone.
     char const* c_str(VynCharSet cs = VYNCS_OS_DEFAULT);
 
     /// Writes at most `size` bytes of the text in `cs`, no character in part, and the set's terminator after them:
@@ -223,6 +247,7 @@ public:
 
     /// Copies at most `size` units and no terminator. Returns the units; null `dst` gives 0.
     unsigned long copy(unsigned short* dst, unsigned long size) const;
+    /// Copies at most `size` units and no terminator. Returns the units; null `dst` gives 0.
     unsigned long copy(char16_t* dst, unsigned long size) const {
         return copy(reinterpret_cast<unsigned short*>(dst), size);
     }
@@ -237,6 +262,8 @@ public:
 
     /// @name Editing
     /// @{
+
+    /// Removes the units that `target` says from the ends that `cmd` says. The capacity stays. Returns this string.
     VynUString& trim(TrimCmd cmd, TrimTarget target);
 
     /// Cuts to `n` units or fills up to them with the text of bytes `c`; where that makes fewer units, a zero unit
@@ -245,6 +272,7 @@ public:
 
     /// Cuts to `n` units or fills up to them with `u`. **Beyond the capacity the old text is lost**: all is fill then.
     void resize(unsigned long n, unsigned short u);
+    /// Cuts to `n` units or fills up to them with `u`. **Beyond the capacity the old text is lost**: all is fill then.
     template <class Unit, vyn::IfUnit<Unit> = 0>
     void resize(unsigned long n, Unit u) {
         resize(n, static_cast<unsigned short>(u));
@@ -261,6 +289,8 @@ public:
     /// Replaces `[f, l)` of this string's own text by `s`. Throws for a pointer outside it. `f` after `l` means
     /// everything from `f` on.
     VynUString& replace(unsigned short const* f, unsigned short const* l, VynUString const& s);
+    /// Replaces `[f, l)` of this string's own text by `s`. Throws for a pointer outside it. `f` after `l` means
+    /// everything from `f` on.
     template <class First, class Last, vyn::IfChar16Pointers<First, Last> = 0>
     VynUString& replace(First f, Last l, VynUString const& s) {
         return replace(vyn::unitPointer(f), vyn::unitPointer(l), s);
@@ -271,31 +301,35 @@ public:
     /// @}
 
     /// @name Concatenation
-    /// More operators with something else on the left follow the class.
+    /// A new string of both texts. More operators with something else on the left follow the class.
     /// @{
-    VynUString operator+(char c) const;
-    VynUString operator+(unsigned short u) const;
+    VynUString operator+(char c) const; ///< With the text of one byte in the default set; nothing where it is 0.
+    VynUString operator+(unsigned short u) const; ///< With one unit; nothing where it is 0.
+    /// With one unit, a `char16_t` or the low 16 bits of an `int`; nothing where it is 0.
     template <class Unit, vyn::IfUnit<Unit> = 0>
     VynUString operator+(Unit u) const {
         return *this + static_cast<unsigned short>(u);
     }
-    VynUString operator+(char const* s) const;
-    VynUString operator+(unsigned short const* s) const;
-    VynUString operator+(VynUString const& s) const;
+    VynUString operator+(char const* s) const;           ///< With bytes in the default set, up to the zero byte.
+    VynUString operator+(unsigned short const* s) const; ///< With units up to the zero unit.
+    VynUString operator+(VynUString const& s) const;     ///< With all units of `s`, zero units included.
 
+    /// One unit, a `char16_t` or the low 16 bits of an `int`, and the units of `s`.
     template <class Unit, vyn::IfUnit<Unit> = 0>
     friend VynUString operator+(Unit u, VynUString const& s) {
         return VynUString(static_cast<unsigned short>(u)) + s;
     }
+    /// Units up to the zero unit, and the units of `s`.
     friend VynUString operator+(char16_t const* left, VynUString const& s) { return VynUString(left) + s; }
+    /// All units of `left`, zero units included, and the units of `s`.
     friend VynUString operator+(std::u16string_view left, VynUString const& s) { return VynUString(left) + s; }
     /// @}
 
     /// @name Case
     /// In place and unit by unit, so that the length stays: U+00DF has no upper case, surrogate pairs have none at all.
     /// @{
-    void toUpper(bool asciiOnly);
-    void toLower(bool asciiOnly);
+    void toUpper(bool asciiOnly); ///< To upper case, only a to z where `asciiOnly`. Throws `std::bad_alloc`.
+    void toLower(bool asciiOnly); ///< To lower case, only A to Z where `asciiOnly`. Throws `std::bad_alloc`.
     /// @}
 
     /// @name Comparison
@@ -304,42 +338,58 @@ public:
     /// compare each differing unit in its upper case. A null text sorts before any other. More operators follow the
     /// class.
     /// @{
+
+    /// -1, 0 or 1 as `a` sorts before, with or after `b`, by at most `n` units, up to the first zero unit. This string
+    /// does not count.
     int canonicalCompare(unsigned short const* a, unsigned short const* b, unsigned long n = npos) const;
+    /// As `canonicalCompare`, each differing unit in its upper case.
     int canonicalCompareNoCase(unsigned short const* a, unsigned short const* b, unsigned long n = npos) const;
+    /// -1, 0 or 1 as this text sorts before, with or after `other`, by at most `n` units, up to the first zero unit.
     int compare(VynUString const& other, unsigned long n = npos) const;
+    /// As `compare`, each differing unit in its upper case.
     int compareNoCase(VynUString const& other, unsigned long n = npos) const;
+    /// -1, 0 or 1 as `a` sorts before, with or after `b`, by at most `n` units, up to the first zero unit.
     template <class A, class B, vyn::IfAnyChar16Pointer<A, B> = 0>
     int canonicalCompare(A a, B b, unsigned long n = npos) const {
         return canonicalCompare(vyn::unitPointer(a), vyn::unitPointer(b), n);
     }
+    /// As `canonicalCompare`, each differing unit in its upper case.
     template <class A, class B, vyn::IfAnyChar16Pointer<A, B> = 0>
     int canonicalCompareNoCase(A a, B b, unsigned long n = npos) const {
         return canonicalCompareNoCase(vyn::unitPointer(a), vyn::unitPointer(b), n);
     }
 
-    bool operator<(VynUString const& other) const;
+    bool operator<(VynUString const& other) const; ///< As `compare` decides.
+    /// As `compare` decides.
     friend bool operator>(VynUString const& a, VynUString const& b) { return b < a; }
+    /// As `compare` decides.
     friend bool operator<=(VynUString const& a, VynUString const& b) { return !(b < a); }
+    /// As `compare` decides.
     friend bool operator>=(VynUString const& a, VynUString const& b) { return !(a < b); }
+    /// As `compare` decides; `a` ends at its zero unit.
     friend bool operator<(char16_t const* a, VynUString const& b) { return VynUString(a) < b; }
+    /// As `compare` decides.
     friend bool operator<(std::u16string_view a, VynUString const& b) { return VynUString(a) < b; }
     /// @}
 
     /// @name Search
     /// Positions of the result; `npos` where nothing is found.
     /// @{
-    /// The first unit `c` at `pos` or after it. A zero unit is never found.
+
+    /// The position of the first unit `c` at `pos` or after it, `npos` where there is none. A zero unit is never found.
     unsigned long find(unsigned short c, unsigned long pos = 0) const;
 
-    /// The last unit `c` at `pos` or before it. **For `pos` at or past the end, and for a zero unit, this is always
-    /// `length() - 1`**, whatever stands there: to search the whole string, start from that position.
+    /// The position of the last unit `c` at `pos` or before it, `npos` where there is none. **For `pos` at or past the
+    /// end, and for a zero unit, this is always `length() - 1`**, whatever stands there: to search the whole string,
+    /// start from that position.
     unsigned long rfind(unsigned short c, unsigned long pos = npos) const;
 
-    /// The first occurrence of `s` that starts at `pos` or after it. An empty `s` is never found. A zero unit in `s`
-    /// after its first unit must be met as well, but what follows it in `s` counts for nothing beyond its length.
+    /// Where the first occurrence of `s` begins, at `pos` or after it; `npos` where there is none. An empty `s` is
+    /// never found. A zero unit in `s` after its first unit must be met as well, but what follows it in `s` counts for
+    /// nothing beyond its length.
     unsigned long find(VynUString const& s, unsigned long pos = 0) const;
 
-    /// The last occurrence of `s` that starts at `pos` or before it; otherwise as `find`.
+    /// Where the last occurrence of `s` begins, at `pos` or before it; `npos` where there is none. Otherwise as `find`.
     unsigned long rfind(VynUString const& s, unsigned long pos = npos) const;
     /// @}
 
@@ -348,10 +398,13 @@ public:
     /// empty fields, one at the end gives none after it. A zero or empty separator gives one field, the whole text.
     /// Callers include <vynulib/VynUStringList.h>.
     /// @{
-    VynUStringList split(unsigned short separator) const;
+    VynUStringList split(unsigned short separator) const; ///< At each unit `separator`; 0 gives one field.
+    /// At each unit `separator`, a `char16_t` or the low 16 bits of an `int`; 0 gives one field.
     template <class Unit, vyn::IfUnit<Unit> = 0>
     VynUStringList split(Unit separator) const;
+    /// At each occurrence of `separator`; an empty one gives one field.
     VynUStringList split(VynUString const& separator) const;
+    /// At each occurrence of the text of one byte in `cs`; one field where it is no whole character.
     VynUStringList split(char separator, VynCharSet cs = VYNCS_OS_DEFAULT) const;
     /// @}
 
@@ -365,6 +418,7 @@ public:
     /// Makes room for `n` units: nothing if they fit already, otherwise **the old text is discarded** and the capacity
     /// becomes exactly `n`. Throws `std::bad_alloc` (`std::bad_array_new_length` where `n` is too large for any array).
     void AssureSpace(unsigned long n);
+    /// As `AssureSpace`.
     void assureSize(unsigned long n) { AssureSpace(n); }
 
     void freeSecText(); ///< Releases the cached byte text.
@@ -391,30 +445,50 @@ private:
 
 /// @name Concatenation with something else on the left
 /// @{
+
+/// The text of one byte in the default set, and the units of `s`.
 VYNULIB_API VynUString operator+(char c, VynUString const& s);
+/// One unit, and the units of `s`.
 VYNULIB_API VynUString operator+(unsigned short u, VynUString const& s);
+/// Bytes in the default set up to the zero byte, and the units of `s`.
 VYNULIB_API VynUString operator+(char const* left, VynUString const& s);
+/// Units up to the zero unit, and the units of `s`.
 VYNULIB_API VynUString operator+(unsigned short const* left, VynUString const& s);
 /// @}
 
 /// @name Comparison operators
 /// As `VynUString::compare` decides; a null pointer is an empty string.
 /// @{
+
+/// As `VynUString::compare` decides.
 VYNULIB_API bool operator==(VynUString const& a, VynUString const& b);
+/// As `VynUString::compare` decides.
 VYNULIB_API bool operator!=(VynUString const& a, VynUString const& b);
 
+/// As `VynUString::compare` decides. `a` are bytes in the default set, up to the zero byte.
 VYNULIB_API bool operator==(char const* a, VynUString const& b);
+/// As `VynUString::compare` decides. `a` are bytes in the default set, up to the zero byte.
 VYNULIB_API bool operator!=(char const* a, VynUString const& b);
+/// As `VynUString::compare` decides. `a` are bytes in the default set, up to the zero byte.
 VYNULIB_API bool operator<(char const* a, VynUString const& b);
+/// As `VynUString::compare` decides. `a` are bytes in the default set, up to the zero byte.
 VYNULIB_API bool operator>(char const* a, VynUString const& b);
+/// As `VynUString::compare` decides. `a` are bytes in the default set, up to the zero byte.
 VYNULIB_API bool operator<=(char const* a, VynUString const& b);
+/// As `VynUString::compare` decides. `a` are bytes in the default set, up to the zero byte.
 VYNULIB_API bool operator>=(char const* a, VynUString const& b);
 
+/// As `VynUString::compare` decides. `a` are units up to the zero unit.
 VYNULIB_API bool operator==(unsigned short const* a, VynUString const& b);
+/// As `VynUString::compare` decides. `a` are units up to the zero unit.
 VYNULIB_API bool operator!=(unsigned short const* a, VynUString const& b);
+/// As `VynUString::compare` decides. `a` are units up to the zero unit.
 VYNULIB_API bool operator<(unsigned short const* a, VynUString const& b);
+/// As `VynUString::compare` decides. `a` are units up to the zero unit.
 VYNULIB_API bool operator>(unsigned short const* a, VynUString const& b);
+/// As `VynUString::compare` decides. `a` are units up to the zero unit.
 VYNULIB_API bool operator<=(unsigned short const* a, VynUString const& b);
+/// As `VynUString::compare` decides. `a` are units up to the zero unit.
 VYNULIB_API bool operator>=(unsigned short const* a, VynUString const& b);
 /// @}
 

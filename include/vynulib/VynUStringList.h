@@ -13,35 +13,35 @@
 /// once, unless both only call const members.
 class VYNULIB_API VynUStringList {
 public:
-    using iterator = std::vector<VynUString>::iterator;
-    using const_iterator = std::vector<VynUString>::const_iterator;
-    using reverse_iterator = std::vector<VynUString>::reverse_iterator;
-    using const_reverse_iterator = std::vector<VynUString>::const_reverse_iterator;
+    using iterator = std::vector<VynUString>::iterator;                             ///< Random access, to strings.
+    using const_iterator = std::vector<VynUString>::const_iterator;                 ///< The same, to read only.
+    using reverse_iterator = std::vector<VynUString>::reverse_iterator;             ///< From the last to the first.
+    using const_reverse_iterator = std::vector<VynUString>::const_reverse_iterator; ///< The same, to read only.
 
-    VynUStringList() noexcept;
-    VynUStringList(VynUStringList const& other);
+    VynUStringList() noexcept;                       ///< Empty.
+    VynUStringList(VynUStringList const& other);     ///< Copies of all elements.
     VynUStringList(VynUStringList&& other) noexcept; ///< Leaves `other` empty.
     /// One element, a copy of `text`, even if that is empty.
     VynUStringList(VynUString const& text);
-    /// @{
-    /// The fields of `text`, split at each occurrence of the separator. Each separator ends a field: ",a,,b," gives "",
+    /// The fields of `text`, split at each unit `separator`. Each separator ends a field: ",a,,b," gives "",
     /// "a", "", "b"; after the last separator there is a field only if it is not empty, and an empty text has none.
     /// Occurrences do not overlap. Without a separator (0 or empty), the whole text is the one element. Here a
     /// `char` is a unit.
     VynUStringList(VynUString const& text, unsigned short separator);
+    /// The fields of `text`, split at each occurrence of `separator`, by the same rules.
     VynUStringList(VynUString const& text, VynUString const& separator);
-    /// @}
     virtual ~VynUStringList();
 
-    VynUStringList& operator=(VynUStringList const& other);
+    VynUStringList& operator=(VynUStringList const& other);     ///< Copies of all elements.
     VynUStringList& operator=(VynUStringList&& other) noexcept; ///< Leaves `other` empty.
     /// Makes a copy of `text` the only element.
     VynUStringList& operator=(VynUString const& text);
 
+    /// The elements.
     unsigned long size() const noexcept { return m_oStrings.size(); }
     /// The most elements that a list can hold.
     unsigned long max_size() const noexcept { return m_oStrings.max_size(); }
-    void clear() noexcept;
+    void clear() noexcept; ///< Removes all elements.
 
     /// The element at `index`, which is not checked.
     VynUString const& operator[](unsigned long index) const { return m_oStrings[index]; }
@@ -66,14 +66,14 @@ public:
     /// All elements in order as one text, with `separator` between each two. An empty list gives an empty text.
     VynUString combine(VynUString const& separator) const;
 
-    iterator begin() noexcept { return m_oStrings.begin(); }
-    iterator end() noexcept { return m_oStrings.end(); }
-    const_iterator begin() const noexcept { return m_oStrings.begin(); }
-    const_iterator end() const noexcept { return m_oStrings.end(); }
-    reverse_iterator rbegin() noexcept { return m_oStrings.rbegin(); }
-    reverse_iterator rend() noexcept { return m_oStrings.rend(); }
-    const_reverse_iterator rbegin() const noexcept { return m_oStrings.rbegin(); }
-    const_reverse_iterator rend() const noexcept { return m_oStrings.rend(); }
+    iterator begin() noexcept { return m_oStrings.begin(); }                       ///< The first element.
+    iterator end() noexcept { return m_oStrings.end(); }                           ///< Behind the last element.
+    const_iterator begin() const noexcept { return m_oStrings.begin(); }           ///< The first element.
+    const_iterator end() const noexcept { return m_oStrings.end(); }               ///< Behind the last element.
+    reverse_iterator rbegin() noexcept { return m_oStrings.rbegin(); }             ///< The last element.
+    reverse_iterator rend() noexcept { return m_oStrings.rend(); }                 ///< Before the first element.
+    const_reverse_iterator rbegin() const noexcept { return m_oStrings.rbegin(); } ///< The last element.
+    const_reverse_iterator rend() const noexcept { return m_oStrings.rend(); }     ///< Before the first element.
 
 private:
     void requireRoomFor(unsigned long count) const;

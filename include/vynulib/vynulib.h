@@ -1,5 +1,6 @@
 #pragma once
 
+/// @file
 /// All of the library.
 
 #include <vynulib/CharSetConverterManager.h>

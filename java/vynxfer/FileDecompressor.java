@@ -2,15 +2,11 @@ package vynxfer;
 
 /** Names of files that are about to be written to the local file system. */
 public final class FileDecompressor {
-    static {
-        VynXfer.NativeLibrary.load();
-    }
-
     private FileDecompressor() {}
 
     /**
-     * The name as the local file system will store it, in the character set of the process's locale (the environment
-     * variable {@code LANG} when the library was loaded; ISO 8859-1 where it names no set that the library knows).
+     * The name as the local file system will store it, in the character set of the process's locale (see
+     * {@link VynXfer#isVynDefaultLocale}; ISO 8859-1 where it names no set that the library knows).
      *
      * <p>A character that the set can't hold is unmappable and takes its text form: {@code "U+XXXX"}, four upper-case
      * hexadecimal digits for each of its UTF-16 units. Where the set is ISO 8859-1, U+65E5 becomes the six characters
@@ -32,8 +28,11 @@ public final class FileDecompressor {
      * @param name the name, any text; may be empty or null
      * @return the stored name; {@code name} itself, the same object, if it is null, if nothing is left of it (it is
      *     empty or its first character ends it), or if the library runs out of memory
+     * @throws UnsatisfiedLinkError if the native library is not there or has no bridge to Java; the message says which,
+     *     and where it was looked for
      */
     public static String utf16ToLocal(String name) {
+        NativeLibrary.require();
         return name == null ? null : utf16ToLocal((CharSequence) name);
     }
 

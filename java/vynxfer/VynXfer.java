@@ -2,37 +2,22 @@ package vynxfer;
 
 /** What the native library decided for this process. */
 public final class VynXfer {
-    static {
-        NativeLibrary.load();
-    }
-
     private VynXfer() {}
 
     /**
-     * Whether names are stored in the fallback character set, ISO 8859-1. So it is wherever the locale, the environment
-     * variable {@code LANG} when the library was loaded, names no character set that the library knows.
+     * Whether names are stored in the fallback character set, ISO 8859-1. So it is wherever the locale names no
+     * character set that the library knows: the environment variable {@code LANG} when the library was loaded or, where
+     * that is not set, the locale that the virtual machine took. {@code LC_ALL} is not read.
      *
      * @return true for ISO 8859-1, false for any other set
+     * @throws UnsatisfiedLinkError if the native library is not there or has no bridge to Java; the message says which,
+     *     and where it was looked for
      */
-    public static native boolean isVynDefaultLocale();
-
-    /** Apart, so that each class that needs the library says by itself why it can't be loaded. */
-    static final class NativeLibrary {
-        private static final String NAME = "vynulib64";
-
-        private NativeLibrary() {}
-
-        /** Loads the library from {@code java.library.path}; once it is there, does nothing. */
-        static void load() {
-            try {
-                System.loadLibrary(NAME);
-            } catch (UnsatisfiedLinkError reason) {
-                UnsatisfiedLinkError error = new UnsatisfiedLinkError("cannot load " + System.mapLibraryName(NAME)
-                        + " from java.library.path (" + System.getProperty("java.library.path") + "): "
-                        + reason.getMessage());
-                error.initCause(reason);
-                throw error;
-            }
-        }
+    public static boolean isVynDefaultLocale() {
+        NativeLibrary.require();
+        return isVynDefaultLocale(null);
     }
+
+    // The argument tells the two methods apart, and the native code, whose symbol is that of the name alone, ignores it.
+    static native boolean isVynDefaultLocale(Object unused);
 }
