@@ -20,12 +20,18 @@ inline Units isSurrogate(Units vector) {
     return units((vector & 0xF800) == 0xD800);
 }
 
-inline Utf16Shape shapeOf(UnitBlock const& block) {
+inline bool isAscii(UnitBlock const& block) {
     Units all = {};
     for (Units const vector : block)
         all |= vector;
-    if (isZero(all & 0xFF80))
-        return {Utf16Kind::ascii};
+    return isZero(all & 0xFF80);
+}
+
+/// Of any block, which may be ASCII.
+inline Utf16Shape longerShapeOf(UnitBlock const& block) {
+    Units all = {};
+    for (Units const vector : block)
+        all |= vector;
     if (isZero(all & 0xF800))
         return {Utf16Kind::upToTwoBytes};
     Units surrogates = {};
@@ -38,6 +44,10 @@ inline Utf16Shape shapeOf(UnitBlock const& block) {
     if (low != high << 1)
         return {Utf16Kind::irregular};
     return {Utf16Kind::pairs, blockUnits - static_cast<long>(high >> (blockUnits - 1))};
+}
+
+inline Utf16Shape shapeOf(UnitBlock const& block) {
+    return isAscii(block) ? Utf16Shape{Utf16Kind::ascii} : longerShapeOf(block);
 }
 
 inline Units isLonger(Units vector) {
@@ -181,31 +191,38 @@ inline BulkEncoded<unsigned char> encodeFew(unsigned short const* src, unsigned 
     return {src, dst};
 }
 
+/// Blocks of ASCII between others are taken as these, whose form does for them too: which comes next would often be guessed
+/// wrong. After so many in a row they are text of their own.
+inline constexpr long asciiText = 4;
+
 /// The blocks of a text.
 [[gnu::flatten]] inline BulkEncoded<unsigned char> encodeUtf8(unsigned short const* src, unsigned short const* end,
                                                               unsigned char* dst) {
     auto const* const start = src;
     while (end - src >= blockUnits) {
-        Utf16Shape shape = shapeOf(src);
-        if (shape.kind == Utf16Kind::ascii) {
-            dst = storeBytes(src, shape, dst);
+        UnitBlock block;
+        loadBlock(block, src);
+        if (isAscii(block)) {
+            dst = writeAscii(block, LaneWriter<unsigned char>{dst});
             src += blockUnits;
             continue;
         }
+        Utf16Shape shape = longerShapeOf(block);
         // A block may be stored with rubbish behind it if the next one is sure to be stored over that.
-        while (shape.kind > Utf16Kind::ascii && end - src - shape.length >= blockUnits) {
-            Utf16Shape const next = shapeOf(src + shape.length);
+        long asciiBlocks = 0;
+        while (shape.kind != Utf16Kind::irregular && asciiBlocks < asciiText &&
+               end - src - shape.length >= blockUnits) {
+            loadBlock(block, src + shape.length);
+            Utf16Shape const next = longerShapeOf(block);
             if (next.kind == Utf16Kind::irregular)
                 break;
+            asciiBlocks = isAscii(block) ? asciiBlocks + 1 : 0;
             dst = storeBytes(src, shape, dst);
             src += shape.length;
             shape = next;
         }
         if (shape.kind == Utf16Kind::irregular)
             return {src, dst};
-        if (shape.kind == Utf16Kind::ascii)
-            continue;
-        UnitBlock block;
         loadBlock(block, src);
         dst = shape.length == blockUnits ? storeWhole(block, shape.kind, dst)
                                          : storePart(block, shape, shape.length, dst);
