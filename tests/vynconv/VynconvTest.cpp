@@ -470,10 +470,10 @@ TEST_F(Vynconv, KilledAtAnyMoment) {
         std::chrono::microseconds const delay(random.below(static_cast<unsigned long>(duration.count())));
         std::this_thread::sleep_for(delay);
         kill(child, signal);
-        int const code = finish(child).code;
+        auto const [code, nothing, err] = finish(child);
         SCOPED_TRACE(std::string(strsignal(signal)) + " after " + std::to_string(delay.count()) + " us");
         killed += code == -signal;
-        EXPECT_TRUE(code == 0 || code == -signal) << code;
+        EXPECT_TRUE(code == 0 || code == -signal) << code << err;
         std::string const out = readFile(work("out"));
         EXPECT_TRUE(out == whole || (out == "old" && code != 0)) << out.size() << " bytes";
         EXPECT_EQ(fileCount(), 2);

@@ -20,8 +20,10 @@ constexpr int endingSignals[] = {SIGHUP,  SIGINT,  SIGQUIT,   SIGTERM, SIGALRM, 
                                  SIGPIPE, SIGPROF, SIGVTALRM, SIGXCPU, SIGIO,   SIGPWR,  SIGABRT};
 
 extern "C" void removeTemporary(int signal) {
+    int const error = errno;
     ::unlink(temporaryPath);
     ::raise(signal); // default action, as the handler is reset
+    errno = error;
 }
 
 void removeOnSignals() {
