@@ -2,7 +2,10 @@
 
 #include "charset/ServedSets.h"
 
+#include <algorithm>
 #include <atomic>
+#include <exception>
+#include <string_view>
 #include <utility>
 
 namespace {
@@ -49,12 +52,18 @@ VynCharSet vyn::defaultSetOf(CharSetConverterManager const& registry) noexcept {
 }
 
 CharSetConverterManager::CharSetConverterManager() {
-    initLocaleMap();
-    m_eDefaultCharSet = getDefaultCharSet();
-    for (vyn::ServedSet const& set : vyn::registeredSets())
-        insert(set.cs, set.converter, true);
-    for (CharSetName const& row : charSetNames)
-        insertCharSetMap(row.cs, VynUString(row.name, VYNCS_UTF8));
+    try {
+        initLocaleMap();
+        m_eDefaultCharSet = getDefaultCharSet();
+        for (vyn::ServedSet const& set : vyn::registeredSets())
+            insert(set.cs, set.converter, true);
+        for (CharSetName const& row : charSetNames)
+            insertCharSetMap(row.cs, VynUString(row.name, VYNCS_UTF8));
+    } catch (std::exception const&) {
+        if (this != &g_oCnvtMgr)
+            throw;
+        // Nobody could catch what leaves the load. What the maps lack is found in the tables that they are made of.
+    }
 }
 
 CharSetConverterManager::~CharSetConverterManager() {
@@ -78,8 +87,10 @@ void CharSetConverterManager::insertCharSetMap(VynCharSet cs, VynUString const& 
 VynCharSetConverter* CharSetConverterManager::getConverter(VynCharSet cs) {
     if (cs == VYNCS_OS_DEFAULT)
         cs = m_eDefaultCharSet;
-    auto const found = m_oConverterMap.find(cs);
-    return found != m_oConverterMap.end() ? found->second.m_pConverter : load(cs);
+    if (auto const found = m_oConverterMap.find(cs); found != m_oConverterMap.end())
+        return found->second.m_pConverter;
+    vyn::ServedSet const* const set = vyn::servedSet(cs);
+    return set && set->converter ? set->converter : load(cs);
 }
 
 VynCharSetConverter* CharSetConverterManager::load(VynCharSet) {
@@ -87,13 +98,17 @@ VynCharSetConverter* CharSetConverterManager::load(VynCharSet) {
 }
 
 char const* CharSetConverterManager::charSetToString(VynCharSet cs) {
-    auto const found = m_oCharSetNameMap.find(cs);
-    return found != m_oCharSetNameMap.end() ? found->second.c_str(VYNCS_ISO_8859_1) : "VYNCS_OS_DEFAULT";
+    if (auto const found = m_oCharSetNameMap.find(cs); found != m_oCharSetNameMap.end())
+        return found->second.c_str(VYNCS_ISO_8859_1);
+    auto const* const row = std::ranges::find(charSetNames, cs, &CharSetName::cs);
+    return row != std::end(charSetNames) ? row->name : "VYNCS_OS_DEFAULT";
 }
 
 VynCharSet CharSetConverterManager::charSetFromString(char const* name) {
     if (!name || *name == '\0')
         return VYNCS_OS_DEFAULT;
-    auto const found = m_oNameMap.find(VynUString(name, VYNCS_ISO_8859_1));
-    return found != m_oNameMap.end() ? found->second : VYNCS_OS_DEFAULT;
+    if (auto const found = m_oNameMap.find(VynUString(name, VYNCS_ISO_8859_1)); found != m_oNameMap.end())
+        return found->second;
+    auto const* const row = std::ranges::find(charSetNames, std::string_view(name), &CharSetName::name);
+    return row != std::end(charSetNames) ? row->cs : VYNCS_OS_DEFAULT;
 }

@@ -71,5 +71,7 @@ private:
 };
 
 /// The one registry of the library, there from when it is loaded until it is unloaded. It is not destroyed where the
-/// process ends, and neither are the converters that it owns then: threads may still convert.
+/// process ends, and neither are the converters that it owns then: threads may still convert. Where memory runs out while
+/// it is filled, the library loads all the same, with all its sets and names; the default set is then ISO 8859-1 if it was
+/// not detected before.
 extern VYNULIB_API CharSetConverterManager& g_oCnvtMgr;

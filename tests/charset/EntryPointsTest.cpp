@@ -344,7 +344,7 @@ TEST(EntryPoints, ConvertInPiecesAsInOne) {
         std::string text(2048 * (1 + random.below(2)) - random.below(20), 'a');
         for (unsigned i = 0; i < 12; ++i)
             text += parts[random.below(std::size(parts))];
-        text += std::string(random.below(3) * 1500, 'z');
+        text += std::string(random.below(4) * 1500, 'z');
         std::size_t const size = random.below(4) != 0 ? 6 * text.size() : text.size() - random.below(100);
         VynCharSet const cs = allSets[random.below(std::size(allSets))];
         if (GetNullCharSize(cs) != 1)

@@ -92,6 +92,7 @@ TEST(Registry, RendersANameBeforeItCanBeFound) {
     char const* name = nullptr;
     allocationsLeft = 0;
     EXPECT_NO_THROW(name = registry.charSetToString(VynCharSet(28602)));
+    EXPECT_THROW(CharSetConverterManager(), std::bad_alloc);
     allocationsLeft = unlimitedAllocations;
     EXPECT_STREQ(name, "TWELVE");
 }

@@ -1,34 +1,109 @@
+#include "tests/support/FailingAllocation.h"
+
+#include <vynulib/VynCharSet.h>
+
 #include <dlfcn.h>
 #include <malloc.h>
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <string>
+
+class CharSetConverterManager;
+class VynCharSetConverter;
+
 namespace {
 
-using LocalToUTF8 = unsigned long (*)(unsigned char* dst, char const* src, unsigned long dstSize, int cs);
+/// The library, for as long as the object lives. It gets the rest of `allocations` while it is loaded.
+class Loaded {
+public:
+    explicit Loaded(unsigned allocations = unlimitedAllocations) {
+        allocationsLeft = allocations;
+        m_library = dlopen(VYNULIB_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+        m_wasEnough = allocationsLeft != 0;
+        allocationsLeft = unlimitedAllocations;
+        EXPECT_NE(m_library, nullptr) << dlerror();
+    }
+    Loaded(Loaded const&) = delete;
+    Loaded& operator=(Loaded const&) = delete;
+    ~Loaded() {
+        EXPECT_EQ(dlclose(m_library), 0) << dlerror();
+        EXPECT_EQ(dlopen(VYNULIB_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
+    }
 
-/// One set of each kind of tables that are built on first use; each reads the bytes B0 A1.
-constexpr int sets[] = {20866, 932, 936, 30933, 51932, 51936, 54936};
+    bool wasEnough() const { return m_wasEnough; }
+
+    /// What has this name and, a function, this type.
+    template <class Symbol>
+    Symbol* find(char const* name) const {
+        void* const symbol = dlsym(m_library, name);
+        EXPECT_NE(symbol, nullptr) << dlerror();
+        return reinterpret_cast<Symbol*>(symbol);
+    }
+
+    unsigned long convert(unsigned char (&dst)[16], char const* src, VynCharSet cs) const {
+        return find<decltype(LocalToUTF8)>("_Z11LocalToUTF8PhPKcm10VynCharSet")(dst, src, sizeof dst, cs);
+    }
+
+private:
+    void* m_library;
+    bool m_wasEnough;
+};
 
 TEST(Unload, UsedLibraryLeavesTheProcessWithAllItsMemory) {
-    constexpr int rounds = 1500, settled = 500; // the loader itself keeps a little memory
+    // One set of each kind of tables that are built on first use; each reads the bytes B0 A1.
+    constexpr VynCharSet sets[] = {VYNCS_KOI8R,  VYNCS_WCP932, VYNCS_WCP936, VYNCS_SJIS0213,
+                                   VYNCS_EUC_JP, VYNCS_EUC_CN, VYNCS_GB18030};
+    constexpr int rounds = 1000, settled = 300; // the loader itself keeps a little memory
     std::size_t before = 0;
-    for (int round = 0; round < rounds; ++round) {
+    for (int round = 0; round < rounds && !HasFailure(); ++round) {
         if (round == settled)
             before = mallinfo2().uordblks;
-        void* const library = dlopen(VYNULIB_LIBRARY, RTLD_NOW | RTLD_LOCAL);
-        ASSERT_NE(library, nullptr) << dlerror();
-        auto const convert = reinterpret_cast<LocalToUTF8>(dlsym(library, "_Z11LocalToUTF8PhPKcm10VynCharSet"));
-        ASSERT_NE(convert, nullptr) << dlerror();
-        for (int const set : sets) {
+        Loaded const library;
+        for (VynCharSet const set : sets) {
             unsigned char text[16];
-            EXPECT_NE(convert(text, "\xB0\xA1", sizeof text, set), 0u) << set;
+            EXPECT_NE(library.convert(text, "\xB0\xA1", set), 0u) << set;
         }
-
-        ASSERT_EQ(dlclose(library), 0) << dlerror();
-        ASSERT_EQ(dlopen(VYNULIB_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded in round " << round;
     }
     EXPECT_LT(mallinfo2().uordblks, before + 10'000) << "a few bytes a round are the loader's, a table is kilobytes";
+}
+
+// Sets and names are there whatever the registry could keep of them, and the default set is that of the locale or 28591.
+TEST(Load, NeedsNoMemoryToSucceed) {
+    constexpr std::pair<VynCharSet, char const*> namedSets[] = {
+#define ROW(name, number) {name, #name},
+        VYN_CHARSETS(ROW)
+#undef ROW
+    };
+    setenv("LANG", "ja_JP.eucJP", 1);
+    std::size_t const before = mallinfo2().uordblks;
+    unsigned allocations = 0;
+    std::string hiragana;
+    for (bool wasEnough = false; !wasEnough && !HasFailure(); ++allocations) {
+        SCOPED_TRACE("with " + std::to_string(allocations) + " allocations");
+        Loaded const library(allocations);
+        wasEnough = library.wasEnough();
+        auto* const registry = *library.find<CharSetConverterManager*>("g_oCnvtMgr");
+        auto* const inRegistry = library.find<VynCharSetConverter*(CharSetConverterManager*, VynCharSet)>(
+            "_ZN23CharSetConverterManager12getConverterE10VynCharSet");
+        auto* const converterOf =
+            library.find<VynCharSetConverter*(VynCharSet)>("_ZN19VynCharSetConverter12getConverterE10VynCharSet");
+        auto* const nameOf = library.find<decltype(VynCharSetToString)>("_Z18VynCharSetToString10VynCharSet");
+        auto* const setOf = library.find<decltype(VynCharSetFromString)>("_Z20VynCharSetFromStringPKc");
+        for (auto const& [cs, name] : namedSets) {
+            EXPECT_EQ(inRegistry(registry, cs), converterOf(cs)) << name;
+            EXPECT_STREQ(nameOf(cs), name);
+            EXPECT_EQ(setOf(name), cs) << name;
+        }
+        unsigned char text[16];
+        library.convert(text, "\xA4\xA2", VYNCS_OS_DEFAULT);
+        hiragana = reinterpret_cast<char*>(text);
+        EXPECT_TRUE(hiragana == "\u3042" || (hiragana == "\u00A4\u00A2" && !wasEnough)) << hiragana;
+    }
+    EXPECT_GT(allocations, 100U);
+    EXPECT_EQ(hiragana, "\u3042");
+    EXPECT_LT(mallinfo2().uordblks, before + 50'000) << "some are the loader's, a registry left behind is as much";
 }
 
 } // namespace

@@ -84,6 +84,10 @@ TEST(VynUStringStorage, NothingAfterATextIsRead) {
             EXPECT_EQ(VynUString(reinterpret_cast<VynPascalString*>(pascalString), set), expected);
             EXPECT_EQ(VynUString(text[0], set), VynUString(text.substr(0, 1).c_str(), set));
         }
+    // After 175 values, each a pair of units, half a value goes on in zeros, and a terminator follows.
+    VynUString filled;
+    filled.resize(702, 'x', VYNCS_UTF32);
+    EXPECT_EQ(textOf(filled).substr(350), Text(1, u'\x7878') + Text(351, zero));
 }
 
 TEST(VynUStringStorage, ChangesAreMadeWholeOrNotAtAll) {

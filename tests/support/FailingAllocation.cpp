@@ -1,7 +1,9 @@
 #include "tests/support/FailingAllocation.h"
 
+#include <malloc.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <new>
 
@@ -16,9 +18,12 @@ void* operator new(std::size_t size) {
         throw std::bad_alloc();
     if (allocationsLeft != unlimitedAllocations)
         --allocationsLeft;
-    if (void* const memory = std::malloc(size))
-        return memory;
-    throw std::bad_alloc();
+    void* const memory = std::malloc(size);
+    if (!memory)
+        throw std::bad_alloc();
+    // No zeros, not even behind it, so that what is read before it is written shows, and what is read too far.
+    std::fill_n(static_cast<unsigned char*>(memory), malloc_usable_size(memory), static_cast<unsigned char>(0xA5));
+    return memory;
 }
 void* operator new[](std::size_t size) {
     return operator new(size);

@@ -19,6 +19,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <sstream>
 #include <string>
@@ -47,7 +48,9 @@ Words split(std::string const& line) {
 
 std::string readFile(fs::path const& path) {
     std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    std::ostringstream bytes;
+    bytes << file.rdbuf();
+    return bytes.str();
 }
 
 void writeFile(fs::path const& path, std::string const& bytes) {
@@ -62,6 +65,9 @@ protected:
         dir = mkdtemp(pattern.data());
         fs::create_directory(work());
         std::signal(SIGPIPE, SIG_IGN);
+        sigfillset(&defaultSignals);
+        rlimit const noCore{};
+        setrlimit(RLIMIT_CORE, &noCore);
     }
     ~Vynconv() override { fs::remove_all(dir); }
 
@@ -70,7 +76,8 @@ protected:
 
     /// Descriptors 0 and 1 of the command are `in` and `out`; those in `closed` are closed.
     pid_t start(Words const& args, int in, int out, std::vector<int> const& closed = {}) {
-        Words words = {VYNCONV_COMMAND};
+        Words words = launcher;
+        words.insert(words.end(), {VYNCONV_COMMAND});
         words.insert(words.end(), args.begin(), args.end());
         std::vector<char*> argv;
         for (std::string& word : words)
@@ -87,10 +94,7 @@ protected:
             posix_spawn_file_actions_addclose(&actions, descriptor);
         posix_spawnattr_t attributes;
         posix_spawnattr_init(&attributes);
-        sigset_t defaults;
-        sigemptyset(&defaults);
-        sigaddset(&defaults, SIGPIPE);
-        posix_spawnattr_setsigdefault(&attributes, &defaults);
+        posix_spawnattr_setsigdefault(&attributes, &defaultSignals);
         posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
         pid_t child = -1;
         EXPECT_EQ(posix_spawnp(&child, argv[0], &actions, &attributes, argv.data(), environ), 0) << argv[0];
@@ -115,7 +119,25 @@ protected:
         return finish(start(args, open((dir / "in").c_str(), O_RDONLY | O_CLOEXEC), openOut(), closed));
     }
 
+    /// Starts a command that reads `input` from a pipe, and returns with it when it has read that.
+    pid_t startReading(Words const& args, std::string const& input, int& pipeEnd) {
+        int ends[2];
+        EXPECT_EQ(pipe2(ends, O_CLOEXEC), 0);
+        pipeEnd = ends[1];
+        pid_t const child = start(args, ends[0], openOut());
+        EXPECT_EQ(::write(pipeEnd, input.data(), input.size()), static_cast<ssize_t>(input.size()));
+        waitUntilRead(pipeEnd);
+        return child;
+    }
+
+    static void waitUntilRead(int pipeEnd) {
+        for (int unread = 1; unread != 0; std::this_thread::sleep_for(std::chrono::milliseconds(1)))
+            ASSERT_EQ(ioctl(pipeEnd, FIONREAD, &unread), 0);
+    }
+
     fs::path dir;
+    Words launcher;          // starts the command
+    sigset_t defaultSignals; // of the command; the others are as this process has them
 };
 
 template <class Unit>
@@ -185,6 +207,7 @@ TEST_F(Vynconv, ConvertsAndReports) {
         {"no input", "-f utf8 -t utf8 missing", "a", "", "can't open missing: No such file", 2},
         {"no directory", "-f utf8 -t utf8 -o missing/out", "a", "", "can't write missing/out: No such file", 2},
         {"no space", "-f utf8 -t utf8 -o /dev/full", "a", "", "can't write /dev/full: No space left", 2},
+        {"a folder", "-f utf8 -t utf8 /", "", "", "can't read /: Is a directory", 2},
         {"no room beside it", "-f utf8 -t utf8 -o /proc/self/comm", "a", "", "(--overwrite writes it directly)", 2},
         {"overwritten", "-f utf8 -t utf8 -o /proc/self/comm --overwrite", "a", "", "", 0},
     };
@@ -318,8 +341,7 @@ TEST_F(Vynconv, MarkByteByByte) {
     pid_t const child = start({"-f", "UTF-16", "-t", "utf8"}, ends[0], openOut());
     for (char const byte : "\xFE\xFF\0a"s) {
         EXPECT_EQ(write(ends[1], &byte, 1), 1);
-        for (int unread = 1; unread != 0; std::this_thread::sleep_for(std::chrono::milliseconds(1)))
-            ASSERT_EQ(ioctl(ends[1], FIONREAD, &unread), 0);
+        waitUntilRead(ends[1]);
     }
     close(ends[1]);
     EXPECT_EQ(finish(child).out, "a");
@@ -380,43 +402,190 @@ TEST_F(Vynconv, InputThatGrowsIsRefused) {
     }
 }
 
-TEST_F(Vynconv, ClosedPipeEndsItQuietly) {
-    int ends[2];
-    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
-    close(ends[0]);
-    Outcome const got = finish(start({"-f", "utf8", "-t", "utf8"}, open("/proc/self/cmdline", O_RDONLY), ends[1]));
-    EXPECT_EQ(got.code, -SIGPIPE);
-    EXPECT_EQ(got.err, "");
-}
-
-TEST_F(Vynconv, SignalsRemoveTheTemporaryFile) {
-    for (int const signal :
-         {SIGHUP, SIGINT, SIGQUIT, SIGTERM, SIGALRM, SIGUSR1, SIGUSR2, SIGVTALRM, SIGXCPU, SIGABRT, SIGPIPE}) {
-        SCOPED_TRACE(strsignal(signal));
+TEST_F(Vynconv, ClosedPipeEndsItQuietlyUnlessThatIsIgnored) {
+    for (bool const ignored : {false, true}) {
+        if (ignored)
+            sigdelset(&defaultSignals, SIGPIPE);
         int ends[2];
         ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
-        pid_t const child = start({"-f", "utf8", "-t", "utf8", "-o", "out"}, ends[0], openOut());
-        while (fileCount() == 0 && waitpid(child, nullptr, WNOHANG) == 0)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
-        kill(child, signal);
-        EXPECT_EQ(finish(child).code, -signal);
-        EXPECT_EQ(fileCount(), 0);
-        close(ends[1]);
+        close(ends[0]);
+        Outcome const got = finish(start({"-f", "utf8", "-t", "utf8"}, open("/proc/self/cmdline", O_RDONLY), ends[1]));
+        EXPECT_EQ(got.code, ignored ? 2 : -SIGPIPE);
+        EXPECT_EQ(got.err, ignored ? "vynconv: can't write standard output: Broken pipe\n" : "");
     }
 }
 
+constexpr int endingSignals[] = {SIGHUP,  SIGINT,  SIGQUIT,   SIGTERM, SIGALRM, SIGUSR1, SIGUSR2,
+                                 SIGPIPE, SIGPROF, SIGVTALRM, SIGXCPU, SIGIO,   SIGPWR,  SIGABRT};
+
+TEST_F(Vynconv, SignalsRemoveTheTemporaryFile) {
+    for (int const signal : endingSignals) {
+        SCOPED_TRACE(strsignal(signal));
+        int input;
+        pid_t const child = startReading({"-f", "utf8", "-t", "utf8", "-o", "out"}, "a", input);
+        EXPECT_EQ(fileCount(), 1);
+        kill(child, signal);
+        EXPECT_EQ(finish(child).code, -signal);
+        EXPECT_EQ(fileCount(), 0);
+        close(input);
+    }
+}
+
+TEST_F(Vynconv, SignalsIgnoredAtItsStartStayIgnored) {
+    sigemptyset(&defaultSignals);
+    for (int const signal : endingSignals)
+        std::signal(signal, SIG_IGN);
+    int input;
+    pid_t const child = startReading({"-f", "utf8", "-t", "utf8", "-o", "out"}, "a", input);
+    for (int const signal : endingSignals) {
+        kill(child, signal);
+        if (signal != SIGPIPE)
+            std::signal(signal, SIG_DFL);
+    }
+    close(input);
+    EXPECT_EQ(finish(child).code, 0);
+    EXPECT_EQ(readFile(work("out")), "a");
+}
+
+// From its first instruction to its last one. The output is whole or what it was, and stands alone.
+TEST_F(Vynconv, KilledAtAnyMoment) {
+    using Clock = std::chrono::steady_clock;
+    std::string text;
+    while (text.size() < 4 * chunkBytes)
+        text += "\u0436\u4E00a\n";
+    writeFile(work("in"), text);
+    std::string const whole = vynulib::transcode(VYNCS_UTF8, VYNCS_UTF16, text);
+    Words const args = {"-f", "utf8", "-t", "utf16", "-o", "out", "in"};
+    auto const begin = Clock::now();
+    EXPECT_EQ(run(args).code, 0);
+    auto const duration = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - begin);
+
+    TestRandom random;
+    int killed = 0;
+    auto const end = begin + std::chrono::seconds(5); // a slow machine does fewer
+    for (int round = 0; round < 100 && Clock::now() < end; ++round) {
+        int const signal = endingSignals[random.below(std::size(endingSignals))];
+        writeFile(work("out"), "old");
+        pid_t const child = start(args, open("/dev/null", O_RDONLY | O_CLOEXEC), openOut());
+        std::chrono::microseconds const delay(random.below(static_cast<unsigned long>(duration.count())));
+        std::this_thread::sleep_for(delay);
+        kill(child, signal);
+        auto const [code, nothing, err] = finish(child);
+        SCOPED_TRACE(std::string(strsignal(signal)) + " after " + std::to_string(delay.count()) + " us");
+        killed += code == -signal;
+        EXPECT_TRUE(code == 0 || code == -signal) << code << err;
+        std::string const out = readFile(work("out"));
+        EXPECT_TRUE(out == whole || (out == "old" && code != 0)) << out.size() << " bytes";
+        EXPECT_EQ(fileCount(), 2);
+    }
+    EXPECT_GT(killed, 0);
+}
+
 TEST_F(Vynconv, FileThatGrowsTooLarge) {
-    rlimit old;
-    getrlimit(RLIMIT_FSIZE, &old);
+    struct Case {
+        char const* options;
+        char const* before; // what `out` holds; null where there is none
+        std::size_t after;  // bytes that it then has
+    };
     writeFile(work("in"), std::string(5000, 'a'));
-    rlimit const limit{4096, old.rlim_max};
-    setrlimit(RLIMIT_FSIZE, &limit);
-    pid_t const child = start({"-f", "utf8", "-t", "utf8", "-o", "out", "in"}, open("/dev/null", O_RDONLY), openOut());
-    setrlimit(RLIMIT_FSIZE, &old);
-    Outcome const got = finish(child);
-    EXPECT_EQ(got.code, 2);
-    EXPECT_EQ(got.err, "vynconv: can't write out: File too large\n");
-    EXPECT_EQ(fileCount(), 1);
+    for (auto const& [options, before, after] : {Case{"", nullptr, 0}, {"", "old", 3}, {"--overwrite ", "old", 4096}}) {
+        SCOPED_TRACE(options);
+        if (before)
+            writeFile(work("out"), before);
+        rlimit old;
+        getrlimit(RLIMIT_FSIZE, &old);
+        rlimit const limit{4096, old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+        pid_t const child =
+            start(split("-f utf8 -t utf8 "s + options + "-o out in"), open("/dev/null", O_RDONLY), openOut());
+        setrlimit(RLIMIT_FSIZE, &old);
+        Outcome const got = finish(child);
+        EXPECT_EQ(got.code, 2);
+        EXPECT_EQ(got.err, "vynconv: can't write out: File too large\n");
+        EXPECT_EQ(readFile(work("out")).size(), after);
+        EXPECT_EQ(fileCount(), before ? 2 : 1);
+    }
+}
+
+// Standard input, which is a FIFO here, is the first of two inputs: what happens comes between them.
+TEST_F(Vynconv, FilesThatChangeMeanwhile) {
+    struct Case {
+        char const* name;
+        std::function<void()> change;
+        int code;
+        char const* err;
+        char const* out; // "" where it is no file
+    };
+    fs::path const second = work("second"), out = work("out");
+    Case const cases[] = {
+        {"nothing", [] {}, 0, "", "ab"},
+        {"input vanishes", [&] { fs::remove(second); }, 2, "can't open second: No such file or directory\n", "old"},
+        {"input becomes a folder", [&] { fs::remove(second), fs::create_directory(second); }, 2,
+         "can't read second: Is a directory\n", "old"},
+        {"output becomes a folder", [&] { fs::remove(out), fs::create_directory(out); }, 2,
+         "can't write out: Is a directory\n", ""},
+        {"output vanishes", [&] { fs::remove(out); }, 0, "", "ab"},
+    };
+    ASSERT_EQ(mkfifo(work("fifo").c_str(), 0600), 0);
+    for (Case const& c : cases) {
+        SCOPED_TRACE(c.name);
+        fs::remove_all(out), fs::remove_all(second);
+        writeFile(out, "old");
+        writeFile(second, "b");
+        int const fifo = open(work("fifo").c_str(), O_RDWR | O_CLOEXEC);
+        ASSERT_EQ(write(fifo, "a", 1), 1);
+        pid_t const child =
+            start(split("-f utf8 -t utf8 -o out fifo second"), open("/dev/null", O_RDONLY | O_CLOEXEC), openOut());
+        waitUntilRead(fifo);
+        c.change();
+        close(fifo);
+        Outcome const got = finish(child);
+        EXPECT_EQ(got.code, c.code);
+        EXPECT_EQ(got.err, *c.err ? "vynconv: "s + c.err : "");
+        EXPECT_EQ(readFile(out), c.out);
+        fs::remove_all(out), fs::remove_all(second);
+        EXPECT_EQ(fileCount(), 1) << "a temporary file is left";
+    }
+}
+
+// Root may do everything, so it becomes somebody else.
+TEST_F(Vynconv, FilesWithoutRights) {
+    fs::permissions(dir, fs::perms(0755));
+    fs::permissions(work(), fs::perms(0777));
+    if (geteuid() == 0)
+        launcher = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", "--"};
+    if (run({"--version"}).code != 0)
+        GTEST_SKIP() << "the command can't be run by somebody else than root";
+    for (char const* const name : {"locked", "secret"})
+        fs::create_directory(work(name));
+    for (auto const& [name, mode] : {std::pair{"locked/old", 0666}, {"secret/in", 0666}, {"kept", 0444}}) {
+        writeFile(work(name), "old");
+        fs::permissions(work(name), fs::perms(mode));
+    }
+    fs::permissions(work("locked"), fs::perms(0555));
+    fs::permissions(work("secret"), fs::perms(0));
+
+    constexpr std::pair<char const*, char const*> cases[] = {
+        {"secret/in", "can't open secret/in"},
+        {"-o secret/out -", "can't write secret/out"},
+        {"-o locked/new -", "can't write locked/new"},
+        {"-o locked/old -",
+         "can't write locked/old by way of a temporary file beside it (--overwrite writes it directly)"},
+        {"-o kept -", "can't write kept"},
+        {"--overwrite -o kept -", "can't write kept"},
+    };
+    for (auto const& [args, err] : cases) {
+        Outcome const got = run(split("-f utf8 -t utf8 "s + args), "new");
+        EXPECT_EQ(got.code, 2) << args;
+        EXPECT_EQ(got.err, "vynconv: "s + err + ": Permission denied\n");
+    }
+    EXPECT_EQ(readFile(work("kept")), "old");
+    EXPECT_EQ(readFile(work("locked/old")), "old");
+    EXPECT_EQ(run(split("-f utf8 -t utf8 --overwrite -o locked/old -"), "new").code, 0);
+    EXPECT_EQ(readFile(work("locked/old")), "new");
+    EXPECT_EQ(fileCount(), 3);
+    for (char const* const name : {"locked", "secret"})
+        fs::permissions(work(name), fs::perms(0755));
 }
 
 } // namespace

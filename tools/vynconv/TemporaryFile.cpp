@@ -15,12 +15,15 @@ namespace {
 // The one temporary file, where the signal handler finds it. Once it is renamed, no file has this name any more.
 char temporaryPath[PATH_MAX];
 
-constexpr int endingSignals[] = {SIGHUP,  SIGINT,  SIGQUIT,   SIGTERM, SIGALRM, SIGUSR1,
-                                 SIGUSR2, SIGPIPE, SIGVTALRM, SIGXCPU, SIGXFSZ, SIGABRT};
+// Not SIGXFSZ, which the command ignores.
+constexpr int endingSignals[] = {SIGHUP,  SIGINT,  SIGQUIT,   SIGTERM, SIGALRM, SIGUSR1, SIGUSR2,
+                                 SIGPIPE, SIGPROF, SIGVTALRM, SIGXCPU, SIGIO,   SIGPWR,  SIGABRT};
 
 extern "C" void removeTemporary(int signal) {
+    int const error = errno;
     ::unlink(temporaryPath);
     ::raise(signal); // default action, as the handler is reset
+    errno = error;
 }
 
 void removeOnSignals() {
