@@ -5,7 +5,7 @@ function(vynulib_compile target)
   target_compile_features(${target} PRIVATE cxx_std_20)
   set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
   # -iquote, not an include directory: the folder string/ must not hide <string>.
-  target_compile_options(${target} PRIVATE "SHELL:-iquote \"${PROJECT_SOURCE_DIR}\"")
+  target_compile_options(${target} PRIVATE "-iquote${PROJECT_SOURCE_DIR}")
   if(VYNULIB_WARNINGS)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
   endif()
