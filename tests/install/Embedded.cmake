@@ -19,7 +19,7 @@ add_test(NAME install.static.stage
          COMMAND "${CMAKE_CURRENT_SOURCE_DIR}/stage.sh" "${CMAKE_COMMAND}" "${CMAKE_CURRENT_BINARY_DIR}/embedded.static"
                  "${PROJECT_SOURCE_DIR}" "${static_stage}")
 set_tests_properties(install.static.stage PROPERTIES FIXTURES_REQUIRED static_built FIXTURES_SETUP static_staged)
-foreach(use IN ITEMS find_package pkg-config)
+foreach(use IN LISTS package_tools)
   vynulib_add_consumer_test(static.${use} ${use} "${CMAKE_CXX_COMPILER}" "-DCMAKE_PREFIX_PATH=${static_stage}"
                             -DCMAKE_EXE_LINKER_FLAGS=-static)
   set_tests_properties(install.static.${use} PROPERTIES FIXTURES_REQUIRED static_staged)
