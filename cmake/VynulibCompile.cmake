@@ -5,9 +5,10 @@ function(vynulib_compile target)
   set(standards 20 ${ARGN})
   list(GET standards -1 standard)
   target_compile_features(${target} PRIVATE cxx_std_${standard})
-  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF)
+  # Sources have names of their own in anonymous namespaces: never compiled as one.
+  set_target_properties(${target} PROPERTIES CXX_EXTENSIONS OFF UNITY_BUILD OFF)
   # -iquote, not an include directory: the folder string/ must not hide <string>.
-  target_compile_options(${target} PRIVATE "SHELL:-iquote \"${PROJECT_SOURCE_DIR}\"")
+  target_compile_options(${target} PRIVATE "-iquote${PROJECT_SOURCE_DIR}")
   if(VYNULIB_WARNINGS)
     target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
   endif()
@@ -18,13 +19,16 @@ function(vynulib_compile target)
   endif()
 endfunction()
 
-# What goes into the shared library: only what is exported by name is visible, and it can be unloaded.
+# What goes into the library: only what is exported by name is visible, and it can be unloaded.
 function(vynulib_compile_as_library target)
   vynulib_compile(${target})
   set_target_properties(${target} PROPERTIES POSITION_INDEPENDENT_CODE ON CXX_VISIBILITY_PRESET hidden
                                              VISIBILITY_INLINES_HIDDEN ON)
   target_include_directories(${target} PUBLIC $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
                                               $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+  if(VYNULIB_LINKAGE STREQUAL "STATIC")
+    target_compile_definitions(${target} PUBLIC VYNULIB_STATIC)
+  endif()
   # A unique symbol pins the library in memory: dlclose could never unload it.
   target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
   # Nobody replaces single functions of this library from outside, so that it may inline and call them directly.

@@ -7,9 +7,15 @@
 
 #include <string_view>
 
+/// The version of these headers, for the preprocessor. A change of MAJOR breaks compiled programs, one of MINOR adds to the
+/// interface, one of PATCH leaves it alone.
+#define VYNULIB_VERSION_MAJOR 1
+#define VYNULIB_VERSION_MINOR 0
+#define VYNULIB_VERSION_PATCH 0
+
 namespace vynulib {
 
-/// The version of the library that runs: "1.0.0". It has static lifetime. Any thread may ask.
+/// The version of the library that runs, which may be later than that of the headers: "1.0.0". It has static lifetime. Any thread may ask.
 VYNULIB_API std::string_view version() noexcept;
 
 /// The instruction set that the library uses for long texts: "avx2", "sse4", "neon" or "portable", chosen when it is

@@ -4,8 +4,12 @@
 
 #include <gtest/gtest.h>
 
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <clocale>
-#include <cstdio>
 #include <cstdlib>
 #include <optional>
 #include <string>
@@ -13,15 +17,41 @@
 
 namespace {
 
+/// As a program gets its arguments and its environment.
+std::vector<char*> pointers(std::vector<std::string>& texts) {
+    std::vector<char*> result;
+    for (std::string& text : texts)
+        result.push_back(text.data());
+    result.push_back(nullptr);
+    return result;
+}
+
 /// What DefaultSet prints in an environment that holds nothing but LANG, or nothing at all, beside the sanitizers' own
 /// options.
 std::string defaultSetIn(std::optional<std::string> const& lang) {
-    std::string const variable = lang ? " LANG='" + *lang + "' " : " ";
-    std::FILE* const output =
-        popen(("env -i ASAN_OPTIONS=\"$ASAN_OPTIONS\"" + variable + DEFAULT_SET_COMMAND).c_str(), "r");
+    char const* const options = std::getenv("ASAN_OPTIONS");
+    std::vector<std::string> variables = {std::string("ASAN_OPTIONS=") + (options ? options : "")};
+    if (lang)
+        variables.push_back("LANG=" + *lang);
+    std::vector<std::string> words = {DEFAULT_SET_COMMAND};
+    std::vector<char*> const environment = pointers(variables), command = pointers(words);
+
+    int pipe[2];
+    EXPECT_EQ(pipe2(pipe, O_CLOEXEC), 0);
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_adddup2(&actions, pipe[1], STDOUT_FILENO);
+    pid_t child = -1;
+    EXPECT_EQ(posix_spawnp(&child, command[0], &actions, nullptr, command.data(), environment.data()), 0) << command[0];
+    posix_spawn_file_actions_destroy(&actions);
+    close(pipe[1]);
+
     char text[64];
-    std::size_t const length = std::fread(text, 1, sizeof text, output);
-    return pclose(output) == 0 ? std::string(text, length) : "failure";
+    ssize_t const length = read(pipe[0], text, sizeof text); // of one write
+    close(pipe[0]);
+    int status = -1;
+    waitpid(child, &status, 0);
+    return status == 0 && length > 0 ? std::string(text, static_cast<std::size_t>(length)) : "failure";
 }
 
 TEST(Locale, DecidesTheDefaultSetAtLoad) {

@@ -1,9 +1,15 @@
 #include <vynulib/vynulib.h>
 
 #include <cstring>
+#include <string>
 
-/// What a program of a user does: one call of a free function, one string, one converter.
+/// What a program of a user does: one call of a free function, one string, one converter. The library is that of the headers.
 int main() {
+    std::string const version = std::to_string(VYNULIB_VERSION_MAJOR) + '.' + std::to_string(VYNULIB_VERSION_MINOR) +
+                                '.' + std::to_string(VYNULIB_VERSION_PATCH);
+    if (vynulib::version() != version)
+        return 1;
+
     char local[16];
     unsigned long const bytes =
         UTF8ToLocal(local, reinterpret_cast<unsigned char const*>("caf\xC3\xA9"), sizeof local, VYNCS_WCP1252);

@@ -1,0 +1,18 @@
+# Takes away what `cmake --install` last put in place, as the build tree's list has it, and the folders that it left empty.
+if(NOT EXISTS install_manifest.txt)
+  message(FATAL_ERROR "Nothing is known to be installed: there is no install_manifest.txt in the build tree")
+endif()
+file(STRINGS install_manifest.txt installed)
+foreach(file IN LISTS installed)
+  set(file "$ENV{DESTDIR}${file}")
+  message(STATUS "Uninstalling: ${file}")
+  file(REMOVE "${file}")
+  # Folders of the library's own.
+  get_filename_component(dir "${file}" DIRECTORY)
+  if(dir MATCHES "/vynulib(64)?$")
+    file(GLOB rest LIST_DIRECTORIES TRUE "${dir}/*")
+    if(NOT rest)
+      file(REMOVE_RECURSE "${dir}")
+    endif()
+  endif()
+endforeach()

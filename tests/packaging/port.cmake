@@ -1,0 +1,23 @@
+# Runs the port with stand-ins for what vcpkg gives it: it must be CMake, call nothing else, and build this project.
+cmake_minimum_required(VERSION 3.22)
+
+function(vcpkg_cmake_configure)
+  cmake_parse_arguments(PARSE_ARGV 0 port "" "SOURCE_PATH" "OPTIONS")
+  file(STRINGS "${port_SOURCE_PATH}/CMakeLists.txt" project REGEX "^project\\(vynulib64 ")
+  if(NOT project OR NOT "-DVYNULIB_BUILD_TOOLS=ON" IN_LIST port_OPTIONS)
+    message(FATAL_ERROR "The port configures ${port_SOURCE_PATH} with ${port_OPTIONS}")
+  endif()
+endfunction()
+function(vcpkg_check_features)
+  cmake_parse_arguments(PARSE_ARGV 0 port "" "OUT_FEATURE_OPTIONS" "FEATURES")
+  list(GET port_FEATURES 1 option)
+  set(${port_OUT_FEATURE_OPTIONS} "-D${option}=ON" PARENT_SCOPE)
+endfunction()
+foreach(step IN ITEMS vcpkg_cmake_install vcpkg_cmake_config_fixup vcpkg_fixup_pkgconfig vcpkg_copy_tools)
+  function(${step})
+  endfunction()
+endforeach()
+
+set(FEATURES tools)
+set(CURRENT_PACKAGES_DIR "/nonexistent")
+include("${CMAKE_CURRENT_LIST_DIR}/../../packaging/vcpkg/vynulib64/portfile.cmake")
