@@ -130,11 +130,12 @@ VYNULIB_API unsigned long UTF8ToLocalPath(char* dst, unsigned char const* src, i
 /// @}
 
 /// The characters of the terminated `src`, as the converter of `cs` counts them (`VynCharSetConverter::getNumUnits`).
-/// Null gives 0.
+/// Null gives 0, and so does memory that runs out for the set's tables.
 VYNULIB_API unsigned long GetNumUnits(char const* src, VynCharSet cs);
 
 /// The bytes, terminator not counted, that the terminated UTF-16 `src` needs in `cs` when what can't be converted
-/// becomes "?" (`VynCharSetConverter::getNumBytes`). Null gives 0.
+/// becomes "?" (`VynCharSetConverter::getNumBytes`). Null gives 0, and so does memory that runs out for the
+/// set's tables.
 VYNULIB_API unsigned long GetNumBytes(unsigned short const* src, VynCharSet cs);
 
 /// Bytes of the shortest character of `cs`.

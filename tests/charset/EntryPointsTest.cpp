@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <pthread.h>
-
 #include <algorithm>
 #include <functional>
 #include <string>
@@ -259,24 +257,6 @@ TEST(EntryPoints, KeepToTheirBuffers) {
             GetNumBytes(unitsAt(guarded(raw(wide + u'\0'))), cs);
         }
     }
-}
-
-TEST(EntryPoints, TakeHugeSourcesOnASmallStack) {
-    static constexpr long length = 100L << 20;
-    auto const convertAll = [](void*) -> void* {
-        std::string const text(length, 'x');
-        std::string dst(length + 1, '\0');
-        for (EntryPoint const* const entry : withScratch)
-            EXPECT_EQ(entry->call(dst.data(), text.c_str(), length + 1, VYNCS_KOI8R), length);
-        return nullptr;
-    };
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, 512 << 10);
-    pthread_t thread;
-    ASSERT_EQ(pthread_create(&thread, &attributes, convertAll, nullptr), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
 }
 
 TEST(EntryPoints, NeedMemoryForForeignConvertersOnly) {

@@ -7,6 +7,7 @@
 
 unsigned allocationsLeft = unlimitedAllocations;
 bool allocationsAreSlow = false;
+std::atomic<long> blocksInUse = 0;
 
 // Arrays on their own too: a sanitizer's operator for them does not come here.
 void* operator new(std::size_t size) {
@@ -16,22 +17,26 @@ void* operator new(std::size_t size) {
         throw std::bad_alloc();
     if (allocationsLeft != unlimitedAllocations)
         --allocationsLeft;
-    if (void* const memory = std::malloc(size))
-        return memory;
-    throw std::bad_alloc();
+    void* const memory = std::malloc(size);
+    if (!memory)
+        throw std::bad_alloc();
+    blocksInUse.fetch_add(1, std::memory_order_relaxed);
+    return memory;
 }
 void* operator new[](std::size_t size) {
     return operator new(size);
 }
 void operator delete(void* memory) noexcept {
+    if (memory)
+        blocksInUse.fetch_sub(1, std::memory_order_relaxed);
     std::free(memory);
 }
 void operator delete[](void* memory) noexcept {
-    std::free(memory);
+    operator delete(memory);
 }
 void operator delete(void* memory, std::size_t) noexcept {
-    std::free(memory);
+    operator delete(memory);
 }
 void operator delete[](void* memory, std::size_t) noexcept {
-    std::free(memory);
+    operator delete(memory);
 }
