@@ -230,6 +230,8 @@ std::vector<Row> charSetRows() {
     static constexpr auto ignored = static_cast<VynCharSet>(7);
     return {
         row(throws, [](Things&) { return CharSetConverterManager().charSetFromString("VYNCS_KOI8R"); }),
+        row(throws, [](Things& t) { return t.registry.insertCharSetMap(t.registry.VYNCS_NEW, "NEW"); }),
+        row(throws, [](Things& t) { return t.registry.insertCharSetMap(t.registry.VYNCS_NEW, t.s); }),
         row(throws, [](Things& t) { return t.registry.insert(ignored, VynCharSetConverter::getConverter(cs), true); }),
         row(throws, [](Things& t) { return t.registry.charSetFromString(t.longBytes.c_str()); }),
         row(throws, [](Things& t) { return VynCharSetFromString(t.longBytes.c_str()); }),
