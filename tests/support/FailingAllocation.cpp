@@ -9,11 +9,13 @@ unsigned allocationsLeft = unlimitedAllocations;
 bool allocationsAreSlow = false;
 std::atomic<long> blocksInUse = 0;
 
+static constexpr std::size_t largest = 1UL << 40; // a request of more would end a program that is sanitized
+
 // Arrays on their own too: a sanitizer's operator for them does not come here.
 void* operator new(std::size_t size) {
     if (allocationsAreSlow)
         usleep(10);
-    if (allocationsLeft == 0)
+    if (allocationsLeft == 0 || size > largest)
         throw std::bad_alloc();
     if (allocationsLeft != unlimitedAllocations)
         --allocationsLeft;
