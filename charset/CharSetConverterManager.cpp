@@ -77,11 +77,12 @@ void CharSetConverterManager::insert(VynCharSet cs, VynCharSetConverter* conv, b
 }
 
 void CharSetConverterManager::insertCharSetMap(VynCharSet cs, VynUString const& name) {
-    // A name is rendered before anybody can find it, so that looking it up only reads.
-    VynUString rendered(name);
-    rendered.c_str(VYNCS_ISO_8859_1);
+    // A name is rendered before anybody can find it, so that looking it up only reads. What needs memory comes first, so
+    // that a name is never known in one direction only.
+    std::map<VynCharSet, VynUString> rendered;
+    rendered.try_emplace(cs, name).first->second.c_str(VYNCS_ISO_8859_1);
     m_oNameMap.try_emplace(name, cs);
-    m_oCharSetNameMap.try_emplace(cs, std::move(rendered));
+    m_oCharSetNameMap.merge(rendered);
 }
 
 VynCharSetConverter* CharSetConverterManager::getConverter(VynCharSet cs) {

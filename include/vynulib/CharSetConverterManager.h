@@ -33,11 +33,11 @@ public:
     ~CharSetConverterManager();
 
     /// Registers `conv` for `cs`. Does nothing if the set is served already: the converter is then not taken over
-    /// either. Throws `std::bad_alloc`.
+    /// either. Throws `std::bad_alloc`, and changes nothing then.
     void insert(VynCharSet cs, VynCharSetConverter* conv, bool isStatic);
 
-    /// Registers `name` for `cs`, in both directions; a name or set that is there already keeps what it has.
-    /// Throws `std::bad_alloc`.
+    /// Registers `name` for `cs`, in both directions; a name or set that is there already keeps what it has. Throws
+    /// `std::bad_alloc`, and changes nothing then.
     void insertCharSetMap(VynCharSet cs, VynUString const& name);
 
     /// The converter that serves `cs`, never null; see `VynCharSetConverter::getConverter`.

@@ -142,11 +142,11 @@ VYNULIB_API unsigned long UTF8ToLocalPath(char* dst, unsigned char const* src, i
 /// @}
 
 /// The UTF-16 units that the terminated `src` becomes, its terminator not counted, as the converter of `cs` counts them
-/// (`VynCharSetConverter::getNumUnits`). Null gives 0, and so does memory that runs out.
+/// (`VynCharSetConverter::getNumUnits`). Null gives 0, and so does memory that runs out for the set's tables.
 VYNULIB_API unsigned long GetNumUnits(char const* src, VynCharSet cs);
 
 /// The bytes, terminator not counted, that the terminated UTF-16 `src` needs in `cs` when what can't be converted
-/// becomes "?" (`VynCharSetConverter::getNumBytes`). Null gives 0, and so does memory that runs out.
+/// becomes "?" (`VynCharSetConverter::getNumBytes`). Null gives 0, and so does memory that runs out for the set's tables.
 VYNULIB_API unsigned long GetNumBytes(unsigned short const* src, VynCharSet cs);
 
 /// Bytes of the shortest character of `cs`; of UTF-8 for a set that is not served. Any thread may ask.

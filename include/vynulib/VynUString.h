@@ -411,9 +411,10 @@ public:
     /// @name Storage
     /// The first three release nothing: they are for a string that holds neither a heap array nor a cached byte text.
     /// @{
-    Representation* SetupSpace();                ///< Makes the string empty and inline. Returns its representation.
-    Representation* SetupSpace(unsigned long n); ///< The same, then makes room for `n` units.
-    void initForAlloc();                         ///< `SetupSpace()`, and notes the result as this string's own.
+    Representation* SetupSpace(); ///< Makes the string empty and inline. Returns its representation.
+    Representation*
+    SetupSpace(unsigned long n); ///< The same, then makes room for `n` units; stays empty if that fails.
+    void initForAlloc();         ///< `SetupSpace()`, and notes the result as this string's own.
 
     /// Makes room for `n` units: nothing if they fit already, otherwise **the old text is discarded** and the capacity
     /// becomes exactly `n`. Throws `std::bad_alloc` (`std::bad_array_new_length` where `n` is too large for any array).

@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <pthread.h>
-
 #include <algorithm>
 #include <functional>
 #include <string>
@@ -33,28 +31,35 @@ std::string raw(Units const& units) {
     return {reinterpret_cast<char const*>(units.data()), units.size() * sizeof(char16_t)};
 }
 
-/// A text that ends at an inaccessible page. It stays until the next call.
-void* guarded(std::string const& bytes) {
+/// A text that ends, or begins, at an inaccessible page. It stays until the next call.
+void* guarded(std::string const& bytes, bool atEnd = true) {
     static GuardedBuffer memory(1 << 17);
-    return std::copy(bytes.begin(), bytes.end(), memory.end() - bytes.size()) - bytes.size();
+    unsigned char* const text = atEnd ? memory.end() - bytes.size() : memory.begin();
+    std::copy(bytes.begin(), bytes.end(), text);
+    return text;
 }
 
 /// A conversion, by the one signature that all can be called with. Sizes of elements are in bytes.
 struct EntryPoint {
+    static constexpr unsigned char untouched = 0x5A;
+
     std::size_t sourceElement, targetElement;
     bool toLocal; ///< To the set that it is called with.
     std::function<unsigned long(void* dst, void const* src, long size, VynCharSet cs)> call;
 
     std::size_t terminator(VynCharSet cs) const { return toLocal ? GetNullCharSize(cs) : targetElement; }
 
-    /// The bytes that it writes, called with a source and a destination that end at inaccessible pages.
-    std::string operator()(std::string const& text, std::size_t size, VynCharSet cs = VYNCS_UTF8) const {
+    /// The bytes that it writes, called with a source and a destination that end, or begin, at inaccessible pages.
+    std::string operator()(std::string const& text, std::size_t size, VynCharSet cs = VYNCS_UTF8,
+                           bool atEnd = true) const {
         static GuardedBuffer memory(1 << 17);
-        unsigned char* const dst = memory.end() - size * targetElement;
-        std::fill(dst, memory.end(), static_cast<unsigned char>(0x5A));
-        void const* const src = guarded(text + std::string(sourceElement, '\0'));
+        unsigned char* const dst = atEnd ? memory.end() - size * targetElement : memory.begin();
+        unsigned char* const other = atEnd ? dst - 16 : dst + size * targetElement; // what no page watches
+        std::fill(std::min(dst, other), std::min(other + 16 + size * targetElement, memory.end()), untouched);
+        void const* const src = guarded(text + std::string(sourceElement, '\0'), atEnd);
         unsigned long const length = call(dst, src, static_cast<long>(size), cs) * targetElement;
         EXPECT_LE(length, size * targetElement);
+        EXPECT_EQ(std::count(other, other + 16, untouched), 16) << "in a room of " << size;
         if (length != 0) {
             EXPECT_EQ(std::string(dst + length, dst + length + terminator(cs)), std::string(terminator(cs), '\0'));
         }
@@ -236,47 +241,36 @@ TEST(EntryPoints, KeepPathsReadable) {
     }
 }
 
-// Any bytes and any units in any set.
+// Any bytes and any units in any set and in every room.
 TEST(EntryPoints, KeepToTheirBuffers) {
     TestRandom random;
     SCOPED_TRACE(random.seed());
     static char const* const pieces[] = {"a",    "U+00E9",           "U+",           "\x81",
                                          "\x8F", "\xF0\x9F\x98\x80", "\xED\xA0\x80", "\x82\xA0",
                                          "\xFE", "\x81\x30\x81",     "\x1B$"};
-    for (int round = 0; round < 400; ++round) {
-        std::string text;
-        while (text.size() < 60 && random.below(8) != 0)
-            text += pieces[random.below(std::size(pieces))];
-        Units wide(text.begin(), text.end());
-        for (char16_t& unit : wide)
-            unit = static_cast<char16_t>(random.below(3) == 0 ? 0xD800 + random.below(0x800) : unit & 0xFF);
-        std::size_t const size = random.below(80);
-        for (VynCharSet const cs : allSets) {
+    for (VynCharSet const cs : allSets)
+        for (int round = 0; round < 4; ++round) {
+            SCOPED_TRACE(testing::Message() << "set " << cs << ", round " << round);
+            std::string text;
+            while (text.size() < 100 && random.below(16) != 0) {
+                char const* const piece = pieces[random.below(std::size(pieces))];
+                for (unsigned run = random.below(3) == 0 ? 1 + random.below(50) : 1; run != 0; --run)
+                    text += piece;
+            }
+            Units wide(text.begin(), text.end());
+            for (char16_t& unit : wide)
+                unit = static_cast<char16_t>(random.below(3) == 0 ? 0xD800 + random.below(0x800) : unit & 0xFF);
             std::string const local = text + std::string(2 * GetNullCharSize(cs) - 2, '\0'); // ends in every set
-            for (EntryPoint const* const entry : entryPoints)
-                (*entry)(entry->sourceElement == 1 ? local : raw(wide), size, cs);
-            GetNumUnits(static_cast<char const*>(guarded(local + '\0')), cs);
-            GetNumBytes(unitsAt(guarded(raw(wide + u'\0'))), cs);
+            bool const atEnd = round % 2 == 0;
+            for (EntryPoint const* const entry : entryPoints) {
+                std::string const& source = entry->sourceElement == 1 ? local : raw(wide);
+                std::size_t const need = (*entry)(source, 4000, cs).size() / entry->targetElement;
+                for (std::size_t size = 0; size <= need + 8; ++size)
+                    (*entry)(source, size, cs, atEnd);
+            }
+            GetNumUnits(static_cast<char const*>(guarded(local + '\0', atEnd)), cs);
+            GetNumBytes(unitsAt(guarded(raw(wide + u'\0'), atEnd)), cs);
         }
-    }
-}
-
-TEST(EntryPoints, TakeHugeSourcesOnASmallStack) {
-    static constexpr long length = 100L << 20;
-    auto const convertAll = [](void*) -> void* {
-        std::string const text(length, 'x');
-        std::string dst(length + 1, '\0');
-        for (EntryPoint const* const entry : withScratch)
-            EXPECT_EQ(entry->call(dst.data(), text.c_str(), length + 1, VYNCS_KOI8R), length);
-        return nullptr;
-    };
-    pthread_attr_t attributes;
-    pthread_attr_init(&attributes);
-    pthread_attr_setstacksize(&attributes, 512 << 10);
-    pthread_t thread;
-    ASSERT_EQ(pthread_create(&thread, &attributes, convertAll, nullptr), 0);
-    pthread_join(thread, nullptr);
-    pthread_attr_destroy(&attributes);
 }
 
 TEST(EntryPoints, NeedMemoryForForeignConvertersOnly) {

@@ -1,38 +1,29 @@
-// What happens to threads when their process ends or forks. Each case is a process of its own.
+// What threads meet with: the first use of anything, the end of their process, a fork. Each case is a process of its own, in
+// which nothing is built yet. VYNULIB_TEST_PROCESSES says how many of them there are.
 
+#include "tests/charset/FirstUse.h"
 #include "tests/support/FailingAllocation.h"
-
-#include <vynulib/VynCharSetConverter.h>
-#include <vynulib/VynUChar.h>
-#include <vynulib/VynUString.h>
 
 #include <gtest/gtest.h>
 
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <barrier>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <thread>
+#include <vector>
 
 namespace {
 
 using namespace std::chrono_literals;
 
-constexpr VynCharSet sets[] = {
-    VYNCS_WCP932,  VYNCS_WCP936,  VYNCS_WCP949,  VYNCS_WCP950,  VYNCS_BIG5,       VYNCS_SHIFTJIS,   VYNCS_SJIS0213,
-    VYNCS_EUC_CN,  VYNCS_EUC_KR,  VYNCS_EUC_JP,  VYNCS_GB18030, VYNCS_KOI8R,      VYNCS_WCP1250,    VYNCS_WCP1251,
-    VYNCS_WCP1252, VYNCS_WCP1253, VYNCS_WCP1254, VYNCS_WCP874,  VYNCS_ISO_8859_2, VYNCS_ISO_8859_5,
-};
-
-void useEverySet() {
-    for (VynCharSet const cs : sets) {
-        char bytes[16];
-        unsigned short const text[] = {0x3042, 0x0416, 'a', 0};
-        VynCharSetConverter::getConverter(cs)->fromUTF16(bytes, text, 15, ILLCHAR_REPLACE, nullptr);
-    }
-    VynUString(static_cast<unsigned short>(0xE9)).toUpper(false);
+int processCount() {
+    char const* const given = std::getenv("VYNULIB_TEST_PROCESSES");
+    return given ? std::atoi(given) : 4;
 }
 
 /// Runs `body` in a process of its own, which it may end; returns how that ended. A process that hangs is killed.
@@ -40,7 +31,7 @@ template <class Body>
 int statusOf(Body body) {
     pid_t const child = fork();
     if (child == 0) {
-        alarm(20);
+        alarm(60);
         body();
         _exit(0);
     }
@@ -83,31 +74,62 @@ TEST(Process, EndsWhileThreadsConvert) {
                   0);
 }
 
-TEST(Process, ForksWhileThreadsBuildTables) {
-    for (int round = 0; round < 4; ++round)
-        ASSERT_EQ(statusOf([] {
-                      std::thread first(useEverySet), second(useEverySet);
+TEST(Process, SixteenThreadsMeetAtEveryFirstUse) {
+    constexpr unsigned threadCount = 16;
+    for (int round = 0; round < processCount() && !HasFailure(); ++round)
+        ASSERT_EQ(statusOf([round] {
+                      CharSetConverterManager ownRegistry;
+                      FirstUse const use(round % 2 == 0 ? g_oCnvtMgr : ownRegistry);
+                      static unsigned long results[threadCount][FirstUse::count];
+                      std::barrier start(threadCount);
+                      std::vector<std::thread> threads;
+                      for (auto& result : results)
+                          threads.emplace_back([&] {
+                              for (unsigned what = 0; what < FirstUse::count; ++what) {
+                                  start.arrive_and_wait();
+                                  result[what] = use(what);
+                              }
+                          });
+                      for (std::thread& thread : threads)
+                          thread.join();
                       int failures = 0;
-                      pid_t children[12];
+                      for (auto const& result : results)
+                          for (unsigned what = 0; what < FirstUse::count; ++what)
+                              failures += result[what] != use(what);
+                      _exit(std::min(failures, 255));
+                  }),
+                  0)
+            << "process " << round;
+}
+
+TEST(Process, ForksWhileThreadsBuildTables) {
+    auto const codeOf = [](unsigned long result) { return static_cast<int>(result % 255) + 1; };
+    for (int round = 0; round < processCount() && !HasFailure(); ++round)
+        ASSERT_EQ(statusOf([codeOf] {
+                      FirstUse const use(g_oCnvtMgr);
+                      auto const useAll = [&] { use.useAll(); };
+                      std::thread first(useAll), second(useAll);
+                      int failures = 0;
+                      pid_t children[6];
                       for (pid_t& child : children) {
                           child = fork();
                           if (child == 0) {
-                              alarm(10);
-                              useEverySet();
-                              _exit(0);
+                              alarm(20);
+                              _exit(codeOf(use.useAll()));
                           }
                           std::this_thread::sleep_for(200us);
                       }
+                      first.join();
+                      second.join();
                       for (pid_t const child : children) {
                           int status = -1;
                           waitpid(child, &status, 0);
-                          failures += status != 0;
+                          failures += !WIFEXITED(status) || WEXITSTATUS(status) != codeOf(use.useAll());
                       }
-                      first.join();
-                      second.join();
                       _exit(failures);
                   }),
-                  0);
+                  0)
+            << "process " << round;
 }
 
 } // namespace

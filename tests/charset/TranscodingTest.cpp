@@ -155,6 +155,47 @@ TEST_P(TranscodingSets, PiecesGiveWhatTheWholeGives) {
     }
 }
 
+/// Calls `convert(source, dst, room)` in every room that the result may have and some more, all about inaccessible pages.
+template <class Element, class Source, class Convert>
+void inEveryRoom(Source source, Convert convert) {
+    static GuardedBuffer output(1 << 14);
+    std::size_t const most = convert(source, reinterpret_cast<Element*>(output.begin()), 1 << 12).written + 8;
+    for (std::size_t room = 0; room <= most; ++room)
+        for (bool const atEnd : {true, false}) {
+            auto* const dst =
+                reinterpret_cast<Element*>(atEnd ? output.end() - room * sizeof(Element) : output.begin());
+            Element* const watched = atEnd ? dst - 8 : dst + room;
+            std::fill_n(watched, 8, static_cast<Element>(0x5A));
+            EXPECT_LE(convert(guarded(source, atEnd), dst, room).written, room);
+            EXPECT_EQ(std::count(watched, watched + 8, static_cast<Element>(0x5A)), 8) << "in a room of " << room;
+        }
+}
+
+TEST_P(TranscodingSets, KeepToTheirBuffersInEveryRoom) {
+    for (bool const last : {true, false}) {
+        std::string const bytes = anyBytes(80);
+        Units const units = anyUnits(80);
+        std::string const escaped = vynulib::encode(VYNCS_UTF16ESC, units);
+        std::string const lossless = vynulib::encode(cs, units, OnError::drop);
+        Units const decoded = vynulib::decode(cs, lossless);
+        inEveryRoom<char16_t>(std::string_view(lossless),
+                              [&](std::string_view source, char16_t* dst, std::size_t room) {
+                                  return vynulib::decode(cs, source, dst, room, last);
+                              });
+        inEveryRoom<char>(std::u16string_view(decoded), [&](std::u16string_view source, char* dst, std::size_t room) {
+            return vynulib::encode(cs, source, dst, room, last);
+        });
+        for (OnError const onError : {OnError::stop, OnError::replace, OnError::escape, OnError::drop}) {
+            inEveryRoom<char>(std::string_view(bytes), [&](std::string_view source, char* dst, std::size_t room) {
+                return vynulib::transcode(cs, VYNCS_UTF16ESC, source, dst, room, last, onError);
+            });
+            inEveryRoom<char>(std::string_view(escaped), [&](std::string_view source, char* dst, std::size_t room) {
+                return vynulib::transcode(VYNCS_UTF16ESC, cs, source, dst, room, last, onError);
+            });
+        }
+    }
+}
+
 TEST_P(TranscodingSets, DecodeReadsWhatEncodeWrites) {
     for (unsigned scalar = 0; scalar < 0x110000; scalar += scalar < 0x30000 ? 1 : 0x101) {
         Units const one = scalar > 0xFFFF ? Units{static_cast<char16_t>((scalar >> 10) + 0xD7C0),

@@ -51,22 +51,30 @@ private:
     bool m_wasEnough;
 };
 
+/// Has the library loaded, used and unloaded, again and again.
+template <class Use>
+void expectNothingIsLeft(int rounds, Use use) {
+    int const settled = rounds / 3; // the loader itself keeps a little memory
+    std::size_t before = 0;
+    for (int round = 0; round < rounds && !testing::Test::HasFailure(); ++round) {
+        if (round == settled)
+            before = mallinfo2().uordblks;
+        use();
+    }
+    EXPECT_LT(mallinfo2().uordblks, before + 10'000) << "a few bytes a round are the loader's, a table is kilobytes";
+}
+
 TEST(Unload, UsedLibraryLeavesTheProcessWithAllItsMemory) {
     // One set of each kind of tables that are built on first use; each reads the bytes B0 A1.
     constexpr VynCharSet sets[] = {VYNCS_KOI8R,  VYNCS_WCP932, VYNCS_WCP936, VYNCS_SJIS0213,
                                    VYNCS_EUC_JP, VYNCS_EUC_CN, VYNCS_GB18030};
-    constexpr int rounds = 1000, settled = 300; // the loader itself keeps a little memory
-    std::size_t before = 0;
-    for (int round = 0; round < rounds && !HasFailure(); ++round) {
-        if (round == settled)
-            before = mallinfo2().uordblks;
+    expectNothingIsLeft(1000, [&] {
         Loaded const library;
         for (VynCharSet const set : sets) {
             unsigned char text[16];
             EXPECT_NE(library.convert(text, "\xB0\xA1", set), 0u) << set;
         }
-    }
-    EXPECT_LT(mallinfo2().uordblks, before + 10'000) << "a few bytes a round are the loader's, a table is kilobytes";
+    });
 }
 
 // Sets and names are there whatever the registry could keep of them, and the default set is that of the locale or 28591.
@@ -104,6 +112,16 @@ TEST(Load, NeedsNoMemoryToSucceed) {
     EXPECT_GT(allocations, 100U);
     EXPECT_EQ(hiragana, "\u3042");
     EXPECT_LT(mallinfo2().uordblks, before + 50'000) << "some are the loader's, a registry left behind is as much";
+}
+
+TEST(Unload, StaticObjectsOfOthersMayConvert) {
+    expectNothingIsLeft(100, [] {
+        void* const user = dlopen(STATIC_USER, RTLD_NOW | RTLD_LOCAL);
+        ASSERT_NE(user, nullptr) << dlerror();
+        ASSERT_EQ(dlclose(user), 0) << dlerror();
+        EXPECT_EQ(dlopen(VYNULIB_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still loaded";
+    });
+    EXPECT_NE(dlopen(STATIC_USER, RTLD_NOW | RTLD_LOCAL), nullptr); // and where the process ends
 }
 
 } // namespace

@@ -40,6 +40,29 @@ public final class BridgeTest {
         }
     }
 
+    /**
+     * Names of every length, ended by what is hard to store. Whatever becomes of the end, the letters before it are kept,
+     * cut at the room of a name.
+     */
+    private static void checkLengths() {
+        final int room = 4095;
+        String[] ends = {"", "\0", "\uD800", "\uDC00", "\uD800\uD800", "\uDC00\uD800", "\uD83D\uDE00", "\u00E9",
+            "\u65E5", "\0\uD83D\uDE00\0", "\uFFFF"};
+        String letters = "n".repeat(65535);
+        for (int length = 0; length <= letters.length(); ++length) {
+            if (length > 300 && Math.abs(length - room) > 8 && length % 509 != 0) {
+                continue;
+            }
+            for (String end : ends) {
+                String result = FileDecompressor.utf16ToLocal(letters.substring(0, length) + end);
+                String kept = letters.substring(0, Math.min(length, room));
+                boolean fits = result.length() <= Math.min(room, length + 6 * end.length()); // six for an escape
+                check(result.startsWith(kept) && fits, length + " letters and an end gave " + result.length());
+            }
+        }
+        check(FileDecompressor.utf16ToLocal(letters).length() == room, "a name of 65,535 letters");
+    }
+
     // One message, each time: not the failure to initialise a class that a second use usually shows.
     private static void checkUnloadable(List<String> expected, Runnable use) {
         for (int time = 1; time <= 2; ++time) {
@@ -60,6 +83,7 @@ public final class BridgeTest {
             checkUnloadable(Arrays.asList(arguments), () -> FileDecompressor.utf16ToLocal("name"));
         } else {
             checkNames();
+            checkLengths();
         }
         System.exit(failed ? 1 : 0);
     }

@@ -34,11 +34,16 @@ struct Environment : JNIEnv_ {
         functions = &table;
     }
 
+    /// Whether this call does what it is called for. If not, an exception is pending from then on.
+    bool succeeds() {
+        EXPECT_FALSE(raised) << "only a release is allowed then";
+        return !(raised = ++calls == failingCall);
+    }
+
     // Each loan is a block of its own, so that a sanitizer sees what lies beside it.
     static char const* lend(JNIEnv* env, jstring text, jboolean*) {
         auto& self = *static_cast<Environment*>(env);
-        ++self.asked;
-        if (text && self.lends)
+        if (self.succeeds() && text)
             self.lent = {text, strdup(static_cast<Text*>(text)->bytes.c_str())};
         return self.lent.second;
     }
@@ -55,7 +60,7 @@ struct Environment : JNIEnv_ {
         auto& self = *static_cast<Environment*>(env);
         EXPECT_EQ(self.lent.second, nullptr) << "bytes still held";
         allocationsLeft = unlimitedAllocations;
-        self.made = self.makes ? std::make_unique<Text>(bytes) : nullptr;
+        self.made = self.succeeds() ? std::make_unique<Text>(bytes) : nullptr;
         return self.made.get();
     }
 
@@ -69,8 +74,8 @@ struct Environment : JNIEnv_ {
 
     jstring utf16ToLocal(jstring name) { return Java_vynxfer_FileDecompressor_utf16ToLocal(this, nullptr, name); }
 
-    bool lends = true, makes = true;
-    int asked = 0, takenBack = 0;
+    int calls = 0, failingCall = 0, takenBack = 0;
+    bool raised = false;
     std::pair<jstring, char*> lent;
     std::unique_ptr<Text> made;
 };
@@ -134,14 +139,25 @@ TEST(JavaBridge, AnswersWithoutStringsOrMemory) {
     EXPECT_EQ(result, environment.made.get());
     EXPECT_EQ(environment.made->bytes, stored);
 
-    environment.makes = false;
-    EXPECT_EQ(environment.utf16ToLocal(&name), nullptr);
-    EXPECT_EQ(environment.takenBack, 3);
-    environment.lends = false;
-    EXPECT_EQ(environment.utf16ToLocal(&name), &name);
     EXPECT_EQ(environment.utf16ToLocal(nullptr), nullptr);
-    EXPECT_EQ(environment.asked, 5);
-    EXPECT_EQ(environment.takenBack, 3);
+}
+
+TEST(JavaBridge, EndsAtTheCallThatFails) {
+    for (std::size_t const length : {0U, 1U, 4095U, 65535U}) {
+        Text name(std::string(length, 'n'));
+        for (int failingCall = 1;; ++failingCall) {
+            Environment environment;
+            environment.failingCall = failingCall;
+            jstring const result = environment.utf16ToLocal(&name);
+            if (!environment.raised) {
+                EXPECT_EQ(environment.calls, length == 0 ? 1 : 2);
+                break;
+            }
+            EXPECT_EQ(environment.calls, failingCall);
+            EXPECT_EQ(environment.takenBack, failingCall - 1) << "what was lent";
+            EXPECT_EQ(result, failingCall == 1 ? &name : nullptr);
+        }
+    }
 }
 
 } // namespace
