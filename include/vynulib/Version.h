@@ -7,15 +7,17 @@
 
 #include <string_view>
 
-/// The version of these headers, for the preprocessor. A change of MAJOR breaks compiled programs, one of MINOR adds to the
-/// interface, one of PATCH leaves it alone.
+/// The major version of these headers, for the preprocessor: another one breaks compiled programs.
 #define VYNULIB_VERSION_MAJOR 1
+/// Their minor version: a later one adds to the interface.
 #define VYNULIB_VERSION_MINOR 0
+/// Their patch: another one leaves the interface alone.
 #define VYNULIB_VERSION_PATCH 0
 
 namespace vynulib {
 
-/// The version of the library that runs, which may be later than that of the headers: "1.0.0". It has static lifetime. Any thread may ask.
+/// The version of the library that runs, which may be later than that of the headers: "1.0.0". It has static lifetime.
+/// Any thread may ask.
 VYNULIB_API std::string_view version() noexcept;
 
 /// The instruction set that the library uses for long texts: "avx2", "sse4", "neon" or "portable", chosen when it is

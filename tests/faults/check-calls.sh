@@ -5,6 +5,8 @@
 set -euo pipefail
 export LC_ALL=C
 
-called=$("$1" --demangle --undefined-only --format=just-symbols "$2" | sort -u)
+called=$("$1" --undefined-only --format=just-symbols "$2" | sed 's/@.*//' | c++filt --no-verbose | sort -u)
 functions=$(grep -E '\(|^Java_' "$3" | grep -vF '~' | sort -u)
-diff <(grep -v '^#' "$4" | sort -u) <(comm -23 <(echo "$functions") <(echo "$called"))
+listed=$(grep -v '^#' "$4" | sort -u)
+diff - <(comm -23 <(echo "$functions") <(sort -u <<<"$called"$'\n'"$listed")) </dev/null
+diff - <(comm -23 <(echo "$listed") <(echo "$functions")) </dev/null # what is listed is still there
