@@ -108,7 +108,6 @@ struct LaneWriter {
         storeLane(dst, packed);
         dst += count;
     }
-
     Element* finish() const { return dst; }
 
     Element* dst;

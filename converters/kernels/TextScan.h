@@ -7,11 +7,9 @@
 
 namespace vyn {
 
-/// The same without vectors, for a `text` at an even address and a bound above 0 where reads are not watched. Reads aligned
-/// words and blocks.
+/// The units before the first zero unit of `text`, at most `maxUnits`, without vectors: for an even address
+/// and a bound above 0, where reads are not watched, by aligned words and blocks; for any, unit by unit.
 unsigned long unitLengthByWords(unsigned short const* text, unsigned long maxUnits);
-
-/// For any address, and where reads are watched.
 unsigned long unitLengthByUnits(unsigned short const* text, unsigned long maxUnits);
 
 /// The elements before the first zero element of `text`, at most `most`. After that element or the bound, it reads only what
