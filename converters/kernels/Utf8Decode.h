@@ -66,6 +66,8 @@ inline bool hasDoubtfulLeads(ByteBlock const& block) {
 }
 
 inline bool isWellFormed(ByteBlock const& block, std::uint64_t inside) {
+    if (!hasDoubtfulLeads(block))
+        return true;
     Bytes before = {};
     return (signsOf(block,
                     [&](Bytes vector) {
@@ -74,6 +76,11 @@ inline bool isWellFormed(ByteBlock const& block, std::uint64_t inside) {
                         return odd;
                     }) &
             inside) == 0;
+}
+
+/// The same of a block without sequences of more than two bytes: one of them may be overlong.
+inline bool areWellFormedTwos(ByteBlock const& block, std::uint64_t inside) {
+    return (signsOf(block, [](Bytes vector) { return bytes((vector & 0xFE) == 0xC0); }) & inside) == 0;
 }
 
 /// A mask of what may lead so many bytes.
@@ -110,8 +117,8 @@ Utf8Shape shapeOf(unsigned char const* src, long from = 0, long to = blockBytes)
     std::uint64_t const leads4 = leads3 != 0 ? leadsOf<4>(block) & inside : 0;
 
     bool regular = trails == ((leads << 1 | leads3 << 2 | leads4 << 3) & inside);
-    if (Rules == Utf8Rules::strict && regular && hasDoubtfulLeads(block))
-        regular = isWellFormed(block, inside);
+    if (Rules == Utf8Rules::strict && regular)
+        regular = leads3 == 0 ? areWellFormedTwos(block, inside) : isWellFormed(block, inside);
     // At most one of these leads a sequence that is cut off.
     auto const isSetBefore = [to](std::uint64_t mask, long count) {
         return static_cast<long>(mask >> (to - count) & 1);
