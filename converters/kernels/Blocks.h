@@ -234,10 +234,10 @@ unsigned char* writeOneOrTwoBytes(UnitBlock const& block, std::uint32_t two, Wri
         write(packed.lane, 8 + packed.bits);
     };
 #pragma GCC unroll 4
-    for (long i = 0; i < blockVectors; ++i) {
-        writeLane(laneOf<0>(block[i]));
+    for (Units const vector : block) {
+        writeLane(laneOf<0>(vector));
         if constexpr (vectorBytes == 32)
-            writeLane(laneOf<1>(block[i]));
+            writeLane(laneOf<1>(vector));
     }
     return write.finish();
 }

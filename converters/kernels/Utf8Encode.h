@@ -98,8 +98,7 @@ template <bool Pairs, class Writer>
 unsigned char* writeUpToThreeBytes(UnitBlock const& block, Writer write) {
     Units before = {};
 #pragma GCC unroll 4
-    for (long i = 0; i < blockVectors; ++i) {
-        Units const vector = block[i];
+    for (Units const vector : block) {
         Units const isAscii = units(vector < 0x80), isShort = units(vector < 0x800);
         // The last two bytes of three. A sequence of two has another mark in the first of them; ASCII is the second.
         Units last = (vector >> 6 & 0x3F) | (vector & 0x3F) << 8 | 0x8080 | (isShort & 0x40);
