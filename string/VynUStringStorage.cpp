@@ -143,7 +143,7 @@ VynUString::VynUString(char const* s, unsigned long len, VynCharSet cs) : VynUSt
     // A converter's count trusts what a lead byte promises, past the terminator too, which memory may end with. Where
     // terminators are wider than a byte, there are no lead bytes.
     if (len != npos && converter.getNullCharSize() == 1)
-        len = strnlen(s, len);
+        len = vyn::lengthWithin(reinterpret_cast<unsigned char const*>(s), len);
     convert(converter, s, len, -1); // deliberate: `len` bounds the count only, the count bounds the conversion
 }
 

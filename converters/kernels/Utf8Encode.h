@@ -78,12 +78,6 @@ unsigned char* writeUpToTwoBytes(UnitBlock const& block, Writer write) {
     return writeOneOrTwoBytes(found, bitsOf(block, isLonger), write);
 }
 
-inline Utf16Shape shapeOf(unsigned short const* src) {
-    UnitBlock block;
-    loadBlock(block, src);
-    return shapeOf(block);
-}
-
 /// A half of a pair becomes the two bytes that are its share of the four: the high one the first two.
 inline Units bytesOfHalves(Units vector, Units before) {
     Units const bits = vector - 0xD7C0;       // of a high surrogate: those of the value from the tenth on
