@@ -21,6 +21,7 @@
 #include <fstream>
 #include <functional>
 #include <iterator>
+#include <regex>
 #include <sstream>
 #include <string>
 #include <thread>
@@ -63,6 +64,7 @@ protected:
     Vynconv() {
         std::string pattern = fs::temp_directory_path() / "vynconv's (test)-XXXXXX";
         dir = mkdtemp(pattern.data());
+        errors = dir / "err";
         fs::create_directory(work());
         std::signal(SIGPIPE, SIG_IGN);
         sigfillset(&defaultSignals);
@@ -88,7 +90,7 @@ protected:
         posix_spawn_file_actions_init(&actions);
         posix_spawn_file_actions_adddup2(&actions, in, 0);
         posix_spawn_file_actions_adddup2(&actions, out, 1);
-        posix_spawn_file_actions_addopen(&actions, 2, (dir / "err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+        posix_spawn_file_actions_addopen(&actions, 2, errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOCTTY, 0600);
         posix_spawn_file_actions_addchdir_np(&actions, work().c_str());
         for (int const descriptor : closed)
             posix_spawn_file_actions_addclose(&actions, descriptor);
@@ -136,6 +138,7 @@ protected:
     }
 
     fs::path dir;
+    fs::path errors;         // where standard error of the command goes
     Words launcher;          // starts the command
     sigset_t defaultSignals; // of the command; the others are as this process has them
 };
@@ -198,6 +201,10 @@ TEST_F(Vynconv, ConvertsAndReports) {
         {"nearest by own name", "-f wcp1253x -t utf8", "a", "", "nearest is windows-1253;", 2},
         {"unserved set", "-f EUC_TW -t utf8", "a", "", "no character set 'EUC_TW'", 2},
         {"unknown action", "--on-error=ignore", "a", "", "--on-error is", 2},
+        {"nothing in place", "-i", "a", "", "-i needs the names of files\n", 2},
+        {"standard input in place", "-i -", "a", "", "-i needs the names of files\n", 2},
+        {"in another place", "-io out in", "a", "", "-i writes each file in its place", 2},
+        {"in place, incomplete", "-i --overwrite in", "a", "", "--overwrite can't", 2},
         {"no value", "-f utf8 -t", "a", "", "-t needs a value\n", 2},
         {"no value of a long option", "--from-code", "a", "", "-f needs a value\n", 2},
         {"wrong in a cluster", "-qc --bom", "a", "", "wrong option -q\n", 2},
@@ -333,6 +340,83 @@ TEST_F(Vynconv, EachFileStandsAlone) {
     Outcome const got = run({"-f", "utf8", "-t", "koi8r", "first", "second"});
     EXPECT_EQ(got.out, "x\n?x\n?");
     EXPECT_EQ(got.err, "vynconv: first" + message + "vynconv: second" + message);
+}
+
+TEST_F(Vynconv, TellsEveryLoss) {
+    std::string text, expected;
+    auto const add = [&](std::string const& line, std::string const& where) {
+        expected += "vynconv: standard input: line " + where + '\n';
+        text += line;
+    };
+    for (int line = 1; text.size() < 3 * chunkBytes; line += 2) {
+        add("\u4E00\n",
+            std::to_string(line) + ": bytes E4 B8 80 at offset " + std::to_string(text.size()) + ", not in KOI8-R");
+        add("a\xE4\xB8"
+            "b\n",
+            std::to_string(line + 1) + ": bytes E4 B8 at offset " + std::to_string(text.size() + 1) + ", not in UTF-8");
+    }
+    std::string const err = run({"--verbose", "-f", "utf8", "-t", "koi8r"}, text).err;
+    std::string const sum = "vynconv: standard input: 174764 characters could not be converted, the first in line 1:";
+    ASSERT_NE(err.find(sum), std::string::npos);
+    EXPECT_TRUE(err.substr(0, err.find(sum)) == expected) << "too long to be printed";
+
+    EXPECT_EQ(run({"--verbose", "--on-error=stop", "-f", "utf8"}, "a\x80\x80").err,
+              "vynconv: standard input: line 1: bytes 80 at offset 1, not in UTF-8\n"
+              "vynconv: standard input: 1 character could not be converted, in line 1: bytes 80 at offset 1, not in "
+              "UTF-8; stopped there\n");
+}
+
+TEST_F(Vynconv, InPlaceEachFileStandsAlone) {
+    auto const write = [&] {
+        for (auto const& [name, bytes] : {std::pair{"good", "\u0430"}, {"bad", "\u0430\u4E00"}, {"last", "z"}})
+            writeFile(work(name), bytes);
+    };
+    auto const convert = [&](std::string const& options) {
+        return run(split("-f utf8 -t koi8r -i " + options + " good missing folder bad last"));
+    };
+    fs::create_directory(work("folder"));
+    std::string const missing = "vynconv: can't open missing: No such file or directory\n"
+                                "vynconv: folder is no regular file, it has no place for its text\n";
+    std::string const lost =
+        "vynconv: bad: 1 character could not be converted, in line 1: bytes E4 B8 80 at offset 2, not in KOI8-R";
+    write();
+    Outcome const stopped = convert("--on-error=stop");
+    EXPECT_EQ(stopped.code, 2);
+    EXPECT_EQ(stopped.err, missing + lost + "; stopped there\n");
+    EXPECT_EQ(readFile(work("good")) + readFile(work("bad")) + readFile(work("last")), "\xC1\u0430\u4E00z");
+    write();
+    EXPECT_EQ(convert("-c").err, missing + lost + "\n");
+    EXPECT_EQ(readFile(work("good")) + readFile(work("bad")) + readFile(work("last")), "\xC1\xC1z");
+    EXPECT_EQ(run(split("-f koi8r -t utf8 -i last bad")).code, 0);
+    EXPECT_EQ(run(split("-f utf8 -t utf16 --bom -i bad last")).code, 0);
+    EXPECT_EQ(readFile(work("bad")), bytesOf(u"\uFEFF\u0430"s));
+    EXPECT_EQ(fileCount(), 4);
+}
+
+// The conversion waits for its output to be read.
+TEST_F(Vynconv, ShowsOnATerminalHowFarItHasCome) {
+    int const terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
+    ASSERT_TRUE(terminal >= 0 && grantpt(terminal) == 0 && unlockpt(terminal) == 0);
+    errors = ptsname(terminal);
+    writeFile(work("in"), std::string(8 * chunkBytes, 'x'));
+    for (auto const& [name, pattern] : {std::pair{"in", "in: \\d+ % of 2 MiB, \\d+ MiB/s, \\d+ s left"},
+                                        {"-", "standard input: \\d+ MiB, \\d+ MiB/s\r"}}) {
+        int input[2], output[2];
+        ASSERT_EQ(pipe2(input, O_CLOEXEC) | pipe2(output, O_CLOEXEC), 0);
+        pid_t const child = start({"-f", "utf8", "-t", "utf8", name}, input[0], output[1]);
+        std::this_thread::sleep_for(std::chrono::milliseconds(700));
+        EXPECT_EQ(::write(input[1], "a", 1), 1);
+        close(input[1]);
+        std::string buffer(chunkBytes, 0);
+        while (read(output[0], buffer.data(), buffer.size()) > 0) {
+        }
+        close(output[0]);
+        EXPECT_EQ(finish(child).code, 0);
+        buffer.resize(static_cast<std::size_t>(read(terminal, buffer.data(), buffer.size())));
+        EXPECT_TRUE(std::regex_search(buffer, std::regex(pattern))) << buffer;
+        EXPECT_TRUE(buffer.ends_with("\r\033[K")) << buffer;
+    }
+    close(terminal);
 }
 
 TEST_F(Vynconv, MarkByteByByte) {

@@ -35,17 +35,21 @@ std::string printable(std::string_view text) {
     return shown;
 }
 
-std::string describe(Losses const& losses) {
-    std::string text = std::to_string(losses.count);
-    text +=
-        losses.count == 1 ? " character could not be converted, " : " characters could not be converted, the first ";
-    text += "in line " + std::to_string(losses.line) + ": bytes";
-    for (char const c : losses.bytes) {
+std::string describe(Loss const& loss) {
+    std::string text = "line " + std::to_string(loss.line) + ": bytes";
+    for (char const c : loss.bytes) {
         text += ' ';
         appendHexadecimal(text, static_cast<unsigned char>(c));
     }
-    text += " at offset " + std::to_string(losses.offset) + ", not in ";
-    text += vynulib::preferredName(losses.lackedBy);
+    text += " at offset " + std::to_string(loss.offset) + ", not in ";
+    return text.append(vynulib::preferredName(loss.lackedBy));
+}
+
+std::string describe(Losses const& losses) {
+    std::string text = std::to_string(losses.count);
+    text += losses.count == 1 ? " character could not be converted, in "
+                              : " characters could not be converted, the first in ";
+    text += describe(losses.first);
     return losses.stopped ? text + "; stopped there" : text;
 }
 

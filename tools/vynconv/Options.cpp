@@ -5,6 +5,7 @@
 
 #include <getopt.h>
 
+#include <algorithm>
 #include <string_view>
 
 namespace vynconv {
@@ -12,6 +13,7 @@ namespace vynconv {
 using vynulib::OnError;
 
 char const helpText[] = R"(Usage: vynconv [-f FROM] [-t TO] [OPTION...] [FILE...]
+       vynconv [-f FROM] [-t TO] [OPTION...] -i FILE...
        vynconv --list | --detect | --help | --version
 
 Converts text files from one character set to another. Without FILE, or where FILE
@@ -20,6 +22,7 @@ is "-", standard input is read; without -o, standard output is written.
   -f, --from-code=FROM  character set of the input; left out, the default set
   -t, --to-code=TO      character set of the output; left out, the default set
   -o, --output=OUT      write to OUT
+  -i, --in-place        convert each FILE by itself and write it in its place
   --on-error=ACTION     what to do with a character that can't be converted:
                           replace  write U+FFFD in Unicode sets, "?" in others
                                    (the default)
@@ -30,6 +33,7 @@ is "-", standard input is read; without -o, standard output is written.
   -c                    the same as --on-error=drop
   --bom                 begin the output with a byte-order mark
   --overwrite           write into an existing OUT itself
+  --verbose             tell every loss, not only the first of each file
   -l, --list            print the character sets that can be converted
   --detect              print the default set and the locale it comes from
   --help                print this text
@@ -50,10 +54,12 @@ file. The file keeps its permissions, its group if the user is in that, and its 
 if root converts; other (hard) links to it keep the old text, and access control lists
 and extended attributes are lost. With --overwrite the file stays the same one, but may
 be left incomplete, and must not be one of the files. Devices and pipes are written
-directly in any case.
+directly in any case. What is said of OUT holds for each FILE with -i, where one that
+can't be converted does not keep the others from it.
 
 What is lost is told on standard error, for each file: how many characters or malformed
-sequences, and the line, the bytes and the offset (from 0, in bytes) of the first.
+sequences, and the line, the bytes and the offset (from 0, in bytes) of the first. Where
+that is a terminal, a conversion that takes long shows there how far it has come.
 
 Exit status: 0 all was converted, 1 something could not be converted, 2 wrong usage, or
 a file that can't be read or written.
@@ -65,6 +71,7 @@ enum LongOption : int {
     optionOnError = 256,
     optionBom,
     optionOverwrite,
+    optionVerbose,
     optionList,
     optionDetect,
     optionHelp,
@@ -75,9 +82,11 @@ constexpr option longOptions[] = {
     {"from-code", required_argument, nullptr, 'f'},
     {"to-code", required_argument, nullptr, 't'},
     {"output", required_argument, nullptr, 'o'},
+    {"in-place", no_argument, nullptr, 'i'},
     {"on-error", required_argument, nullptr, optionOnError},
     {"bom", no_argument, nullptr, optionBom},
     {"overwrite", no_argument, nullptr, optionOverwrite},
+    {"verbose", no_argument, nullptr, optionVerbose},
     {"list", no_argument, nullptr, optionList},
     {"detect", no_argument, nullptr, optionDetect},
     {"help", no_argument, nullptr, optionHelp},
@@ -116,6 +125,9 @@ void take(int option, char const* value, Options& options, SetNames& names) {
     case 'o':
         options.output = value;
         break;
+    case 'i':
+        options.inPlace = true;
+        break;
     case 'c':
         options.onError = OnError::drop;
         break;
@@ -127,6 +139,9 @@ void take(int option, char const* value, Options& options, SetNames& names) {
         break;
     case optionOverwrite:
         options.overwrite = true;
+        break;
+    case optionVerbose:
+        options.verbose = true;
         break;
     case 'l':
     case optionList:
@@ -146,13 +161,22 @@ void take(int option, char const* value, Options& options, SetNames& names) {
     }
 }
 
+// What is converted in place has no other.
+void refuseOutput(Options const& options) {
+    if (options.output != "-" || options.overwrite)
+        throw UsageFailure(options.overwrite ? "--overwrite can't write a file in its place"
+                                             : "-i writes each file in its place, not to an output");
+    if (options.files.empty() || std::ranges::find(options.files, "-") != options.files.end())
+        throw UsageFailure("-i needs the names of files");
+}
+
 } // namespace
 
 Options parseOptions(int argc, char** argv) {
     Options options;
     SetNames names;
     opterr = 0;
-    for (int found; (found = ::getopt_long(argc, argv, ":f:t:o:cl", longOptions, nullptr)) != -1;) {
+    for (int found; (found = ::getopt_long(argc, argv, ":f:t:o:icl", longOptions, nullptr)) != -1;) {
         if (found == '?')
             throw UsageFailure("wrong option " + wrongOption(argv[optind - 1]));
         if (found == ':')
@@ -166,6 +190,8 @@ Options parseOptions(int argc, char** argv) {
     if (options.mark && byteOrderMark(options.to).empty())
         throw UsageFailure("--bom needs an output in UTF-8, UTF-16 or UTF-32");
     options.files.assign(argv + optind, argv + argc);
+    if (options.inPlace)
+        refuseOutput(options);
     if (options.files.empty())
         options.files.emplace_back("-");
     return options;

@@ -19,6 +19,8 @@ struct Options {
     vynulib::OnError onError = vynulib::OnError::replace;
     bool mark = false;              ///< The output begins with a byte-order mark, which its set has.
     bool overwrite = false;         ///< An existing output file is written itself.
+    bool inPlace = false;           ///< Each file is its own output.
+    bool verbose = false;           ///< Each loss is told.
     std::string output = "-";       ///< "-" is standard output.
     std::vector<std::string> files; ///< At least one; "-" is standard input.
 };

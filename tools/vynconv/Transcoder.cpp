@@ -51,7 +51,7 @@ Transcoder::Transcoder(InputSet from, VynCharSet to, OnError onError, Output& ou
     : m_fromNamed(from), m_to(to), m_onError(onError), m_output(output), m_source(sourceBytes), m_bytes(outputBytes),
       m_from(from.cs) {}
 
-Losses Transcoder::convert(Input& input, Progress& progress) {
+Losses Transcoder::convert(Input& input, Progress& progress, TellLoss const& tell) {
     m_rest = {};
     m_ended = false;
     m_offset = 0;
@@ -59,9 +59,9 @@ Losses Transcoder::convert(Input& input, Progress& progress) {
     m_losses = {};
     skipMark(input);
     for (;;) {
-        while (convertPiece()) {
+        while (convertPiece(tell)) {
         }
-        progress.show(input, m_offset);
+        progress.show(m_offset);
         if (m_ended || m_losses.stopped)
             return m_losses;
         readMore(input);
@@ -96,20 +96,36 @@ void Transcoder::skipMark(Input& input) {
 }
 
 // False: more has to be read, or all is done.
-bool Transcoder::convertPiece() {
+bool Transcoder::convertPiece(TellLoss const& tell) {
     vynulib::Report report;
     vynulib::Progress const done =
         vynulib::transcode(m_from, m_to, m_rest, m_bytes.data(), m_bytes.size(), m_ended, m_onError, &report);
     m_output.write({m_bytes.data(), done.written});
-    if (m_losses.count == 0) {
-        m_line += countLines(m_from, m_rest.substr(0, std::min(done.read, report.firstLoss)));
-        if (report.losses != 0)
-            noteFirst(report.firstLoss);
-    }
+    if (tell || m_losses.count == 0)
+        findLosses(report, done.read, tell);
     m_losses.count += report.losses;
     m_losses.stopped = done.status == Status::unconvertible;
     pass(done.read);
     return done.status == Status::roomFull;
+}
+
+// Of what is read: all losses if they are to be told, otherwise the first. Follows the lines on the way.
+void Transcoder::findLosses(vynulib::Report const& report, std::size_t read, TellLoss const& tell) {
+    std::size_t counted = 0; // up to where ends of lines are
+    std::size_t at = report.firstLoss;
+    for (std::size_t found = 0; found != (tell ? report.losses : std::min(report.losses, std::size_t{1})); ++found) {
+        if (found != 0)
+            at = nextLoss(at);
+        m_line += countLines(m_from, m_rest.substr(counted, at - counted));
+        counted = at;
+        Loss const loss = lossAt(at);
+        at += loss.bytes.size();
+        if (tell)
+            tell(loss);
+        if (m_losses.count + found == 0)
+            m_losses.first = loss;
+    }
+    m_line += countLines(m_from, m_rest.substr(counted, read - counted));
 }
 
 void Transcoder::pass(std::size_t bytes) {
@@ -117,15 +133,25 @@ void Transcoder::pass(std::size_t bytes) {
     m_offset += bytes;
 }
 
-void Transcoder::noteFirst(std::size_t position) {
+Loss Transcoder::lossAt(std::size_t position) {
     std::string_view const source = m_rest.substr(position);
     vynulib::Progress const lost = vynulib::transcode(m_from, m_to, source, m_bytes.data(), m_bytes.size(), m_ended);
     char16_t units[2];
     vynulib::Progress const decoded = vynulib::decode(m_from, source, units, std::size(units), m_ended);
-    m_losses.line = m_line;
-    m_losses.offset = m_offset + position;
-    m_losses.bytes = source.substr(0, lost.length);
-    m_losses.lackedBy = decoded.written == 0 ? m_from : m_to;
+    return {.line = m_line,
+            .offset = m_offset + position,
+            .bytes = std::string(source.substr(0, lost.length)),
+            .lackedBy = decoded.written == 0 ? m_from : m_to};
+}
+
+// What comes from `position` on is converted once more.
+std::size_t Transcoder::nextLoss(std::size_t position) {
+    vynulib::Progress done;
+    do {
+        done = vynulib::transcode(m_from, m_to, m_rest.substr(position), m_bytes.data(), m_bytes.size(), m_ended);
+        position += done.read;
+    } while (done.status == Status::roomFull);
+    return position;
 }
 
 } // namespace vynconv

@@ -10,8 +10,11 @@
 
 #include <vynulib/Version.h>
 
+#include <algorithm>
 #include <csignal>
+#include <filesystem>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -19,25 +22,46 @@ using namespace vynconv;
 
 enum ExitCode : int { allConverted = 0, somethingLost = 1, failed = 2 };
 
-ExitCode convert(Options const& options) {
-    Output output(options.output, options.overwrite, options.files);
+// The files become one output.
+ExitCode convertTo(std::string const& outputPath, std::vector<std::string> const& files, Options const& options) {
+    Output output(outputPath, options.overwrite, files);
     if (options.mark)
         output.write(byteOrderMark(options.to));
     Transcoder transcoder(options.from, options.to, options.onError, output);
-    Progress progress;
     ExitCode code = allConverted;
-    for (std::string const& file : options.files) {
+    for (std::string const& file : files) {
         Input input(file);
-        Losses const losses = transcoder.convert(input, progress);
+        Progress progress(input);
+        auto const tell = [&](auto const& loss) {
+            progress.clear();
+            printMessage(input.name() + ": " + describe(loss));
+        };
+        Losses const losses = transcoder.convert(input, progress, options.verbose ? TellLoss(tell) : TellLoss());
         if (losses.count == 0)
             continue;
-        progress.clear();
-        printMessage(input.name() + ": " + describe(losses));
+        tell(losses);
         code = somethingLost;
         if (losses.stopped)
             return code;
     }
     output.commit();
+    return code;
+}
+
+// Each file by itself: what happens to one does not keep the others from being converted.
+ExitCode convertInPlace(Options const& options) {
+    ExitCode code = allConverted;
+    for (std::string const& file : options.files) {
+        try {
+            std::error_code error;
+            if (std::filesystem::exists(file, error) && !std::filesystem::is_regular_file(file, error))
+                throw Failure(printable(file) + " is no regular file, it has no place for its text");
+            code = std::max(code, convertTo(file, {file}, options));
+        } catch (Failure const& failure) {
+            printMessage(failure.what());
+            code = failed;
+        }
+    }
     return code;
 }
 
@@ -62,7 +86,7 @@ ExitCode run(Options const& options) {
     case Action::convert:
         break;
     }
-    return convert(options);
+    return options.inPlace ? convertInPlace(options) : convertTo(options.output, options.files, options);
 }
 
 } // namespace

@@ -18,8 +18,8 @@ _vynconv() {
         -f | --from-code | -t | --to-code) words=$(_vynconv_sets) ;;
         --on-error) words="replace escape drop stop" ;;
         *)
-            [[ $word == -* ]] && words="--from-code= --to-code= --output= --on-error= --bom --overwrite --list --detect
-                --help --version -f -t -o -c -l" ;;
+            [[ $word == -* ]] && words="--from-code= --to-code= --output= --in-place --on-error= --bom --overwrite --verbose
+                --list --detect --help --version -f -t -o -i -c -l" ;;
     esac
     if [[ -n $words ]]; then
         shopt -s nocasematch
