@@ -38,6 +38,17 @@ install(FILES "${PROJECT_BINARY_DIR}/vynulib64.pc" DESTINATION "${pkgconfig_dir}
 
 install(FILES "${PROJECT_SOURCE_DIR}/docs/man/vynulib64.7" DESTINATION "${CMAKE_INSTALL_MANDIR}/man7")
 
+# GDB looks in the data folder that it was built with, there under the name of the loaded file with its path.
+if(VYNULIB_LINKAGE STREQUAL "SHARED")
+  set(loaded_dir "\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}")
+  if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}")
+    set(loaded_dir "${CMAKE_INSTALL_LIBDIR}")
+  endif()
+  install(FILES "${PROJECT_SOURCE_DIR}/tools/gdb/vynulib64-gdb.py"
+          DESTINATION "${CMAKE_INSTALL_DATADIR}/gdb/auto-load${loaded_dir}"
+          RENAME "libvynulib64.so.${PROJECT_VERSION}-gdb.py")
+endif()
+
 if(PROJECT_IS_TOP_LEVEL)
   add_custom_target(uninstall COMMAND "${CMAKE_COMMAND}" -P "${CMAKE_CURRENT_LIST_DIR}/uninstall.cmake"
                               WORKING_DIRECTORY "${PROJECT_BINARY_DIR}" VERBATIM)
