@@ -1,13 +1,18 @@
-// Prints docs/charsets.md: what the library says of its sets, their names, and what the comparison with ICU knows of them.
+// Prints docs/charsets.md: what the library says of its sets, their names, and how they differ from those of ICU, as the
+// comparison of the suite knows, and of glibc, as it is in Debian 12: charsets docs/charsets.md
 
 #include "charset/SetNames.h"
 #include "tests/differential/KnownDifferences.h"
+#include "tools/charsets/GlibcComparison.h"
 
 #include <vynulib/Transcoding.h>
 #include <vynulib/VynCharSetConverter.h>
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <typeinfo>
 
@@ -127,9 +132,50 @@ void printDifferences() {
     }
 }
 
+// Codes in a row as one range. Of too many ranges, how many codes there are.
+std::string codeSummary(std::vector<unsigned> const& codes) {
+    std::vector<CodeRange> ranges;
+    for (unsigned const code : codes)
+        if (ranges.empty() || ranges.back().last + 1 != code)
+            ranges.push_back({code});
+        else
+            ranges.back().last = code;
+    constexpr std::size_t fewRanges = 12;
+    return ranges.size() <= fewRanges ? codeList(ranges) : std::to_string(codes.size()) + " codes";
+}
+
+void printGlibcDifferences() {
+    std::puts(
+        "| Set | glibc's converter | Codes that only the library has | that only glibc has | of another character "
+        "|\n|---|---|---|---|---|");
+    std::string equal;
+    for (auto const& [cs, name, onlyHere, onlyThere, otherCharacter] : compareWithGlibc())
+        if (onlyHere.empty() && onlyThere.empty() && otherCharacter.empty())
+            equal += (equal.empty() ? "`" : ", `") + std::string(VynCharSetToString(cs)) + '`';
+        else
+            std::printf("| `%s` | %s | %s | %s | %s |\n", VynCharSetToString(cs), name, codeSummary(onlyHere).c_str(),
+                        codeSummary(onlyThere).c_str(), codeSummary(otherCharacter).c_str());
+    std::printf("\nNo code of one or two bytes differs in %s.\n", equal.c_str());
+}
+
+// What another glibc would change stays as the page has it.
+void printGlibcSection(char const* page) {
+    constexpr char const heading[] = "\n## What differs from glibc\n";
+    constexpr char const version[] = "2.36";
+    if (std::strcmp(glibcVersion(), version) == 0) {
+        std::printf("%s\nOf codes of one and two bytes, from glibc %s:\n\n", heading, version);
+        printGlibcDifferences();
+        return;
+    }
+    std::ifstream file(page);
+    std::string const text(std::istreambuf_iterator<char>(file), {});
+    std::size_t const begin = text.find(heading);
+    std::fputs(begin == std::string::npos ? heading : text.c_str() + begin, stdout);
+}
+
 } // namespace
 
-int main() {
+int main(int argc, char** argv) {
     std::puts(
         "# The character sets\n\n"
         "`scripts/charsets` writes this page from what the library says of itself. The bytes of a character are "
@@ -150,4 +196,6 @@ int main() {
               "those of "
               "ICU that are nearest:\n");
     printDifferences();
+    if (argc > 1)
+        printGlibcSection(argv[1]);
 }
