@@ -18,71 +18,6 @@ struct Utf8Shape {
     std::uint64_t units; ///< The positions before it at which units end.
 };
 
-/// Gives all bits where a byte can't follow the lead byte before it: in overlong forms, surrogates, values above U+10FFFF.
-inline Bytes illFormedSeconds(Bytes vector, Bytes before) {
-    // A bit for each kind of these. It is set for either half of the lead byte and the higher half of the second.
-    constexpr unsigned char overlong2 = 1, overlong3 = 2, surrogate = 4, overlong4 = 8, tooLarge = 16, noLead = 32;
-    constexpr unsigned char below90 = overlong2 | overlong3 | overlong4 | noLead;
-    constexpr unsigned char belowA0 = overlong2 | overlong3 | tooLarge | noLead;
-    constexpr unsigned char fromA0 = overlong2 | surrogate | tooLarge | noLead;
-    static constexpr unsigned char ofLeadHigh[16] = {
-        0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, overlong2, 0, overlong3 | surrogate, overlong4 | tooLarge | noLead};
-    static constexpr unsigned char ofLeadLow[16] = {overlong2 | overlong3 | overlong4,
-                                                    overlong2,
-                                                    0,
-                                                    0,
-                                                    tooLarge,
-                                                    noLead,
-                                                    noLead,
-                                                    noLead,
-                                                    noLead,
-                                                    noLead,
-                                                    noLead,
-                                                    noLead,
-                                                    noLead,
-                                                    surrogate | noLead,
-                                                    noLead,
-                                                    noLead};
-    static constexpr unsigned char ofSecondHigh[16] = {0, 0, 0, 0, 0, 0, 0, 0, below90, belowA0, fromA0, fromA0};
-    Bytes const lead = shiftedIn<1>(vector, before);
-    return bytes((lookUp(loadRow(ofLeadHigh), shiftedDown<4>(lead)) & lookUp(loadRow(ofLeadLow), lead & 0x0F) &
-                  lookUp(loadRow(ofSecondHigh), shiftedDown<4>(vector))) != 0);
-}
-
-/// Whether there are lead bytes at all that some second bytes can't follow.
-inline bool hasDoubtfulLeads(ByteBlock const& block) {
-    static constexpr HalfSubset doubtful = [] {
-        HalfSubset leads;
-        for (unsigned const lead : {0xC0U, 0xC1U, 0xE0U, 0xEDU, 0xF0U, 0xF4U})
-            leads.insert(lead);
-        for (unsigned lead = 0xF5; lead <= 0xFF; ++lead)
-            leads.insert(lead);
-        return leads;
-    }();
-    Bytes found = {};
-    for (Bytes const vector : block)
-        found |= membersOf(doubtful, vector ^ 0x80);
-    return !isZero(found);
-}
-
-inline bool isWellFormed(ByteBlock const& block, std::uint64_t inside) {
-    if (!hasDoubtfulLeads(block))
-        return true;
-    Bytes before = {};
-    return (signsOf(block,
-                    [&](Bytes vector) {
-                        Bytes const odd = illFormedSeconds(vector, before);
-                        before = vector;
-                        return odd;
-                    }) &
-            inside) == 0;
-}
-
-/// The same of a block without sequences of more than two bytes: one of them may be overlong.
-inline bool areWellFormedTwos(ByteBlock const& block, std::uint64_t inside) {
-    return (signsOf(block, [](Bytes vector) { return bytes((vector & 0xFE) == 0xC0); }) & inside) == 0;
-}
-
 /// A mask of what may lead so many bytes.
 template <unsigned Bytes>
 std::uint64_t leadsOf(ByteBlock const& block) {
@@ -93,6 +28,49 @@ std::uint64_t leadsOf(ByteBlock const& block) {
 
 inline std::uint64_t trailsOf(ByteBlock const& block) {
     return signsOf(block, [](Bytes vector) { return bytes(reinterpret_cast<SignedBytes>(vector) < -0x40); });
+}
+
+/// Whether `test` gives all bits for a byte inside. It is given the one before, too.
+template <class Test>
+bool isAny(ByteBlock const& block, std::uint64_t inside, Test test) {
+    Bytes found[blockVectors], all = {}, before = {};
+    for (long i = 0; i < blockVectors; ++i) {
+        found[i] = test(block[i], before);
+        all |= found[i];
+        before = block[i];
+    }
+    return !isZero(all) && (signsOf(found) & inside) != 0;
+}
+
+// Of sequences that are not well-formed by their second bytes, or whatever these are.
+
+/// Those of two bytes are overlong behind C0 and C1.
+inline bool hasIllFormedTwos(ByteBlock const& block, std::uint64_t inside) {
+    return isAny(block, inside, [](Bytes vector, Bytes) { return bytes((vector & 0xFE) == 0xC0); });
+}
+
+/// Those of three bytes are overlong from E0 80 to E0 9F, and stand for surrogates from ED A0 on.
+inline bool hasIllFormedThrees(ByteBlock const& block, std::uint64_t inside) {
+    return isAny(block, inside, [](Bytes vector, Bytes before) {
+        Bytes const lead = shiftedIn<1>(vector, before);
+        Bytes const fromA0 = bytes(units(vector) << 2); // the highest bit of a trail byte
+        return select(fromA0, bytes(lead == 0xED), bytes(lead == 0xE0));
+    });
+}
+
+/// Those of four bytes are overlong from F0 80 to F0 8F, and stand for too much from F4 90 on.
+inline bool hasIllFormedFours(ByteBlock const& block, std::uint64_t inside) {
+    auto const below90 = [](Bytes trail) { return bytes(reinterpret_cast<SignedBytes>(trail) < -0x70); };
+    Bytes doubtful = {}, before = {};
+    for (Bytes const vector : block) {
+        doubtful |= bytes(shiftedIn<1>(vector, before) == 0xF0) & below90(vector);
+        doubtful |= subtractSaturated(vector, filled(0xF3));
+        before = vector;
+    }
+    return !isZero(doubtful) && isAny(block, inside, [&](Bytes vector, Bytes previous) {
+        Bytes const lead = shiftedIn<1>(vector, previous);
+        return (bytes(lead == 0xF0) & below90(vector)) | (bytes(lead == 0xF4) & ~below90(vector)) | bytes(lead >= 0xF5);
+    });
 }
 
 /// Where the first character of a block begins, the bytes of which are characters but for cut off ones at both ends.
@@ -118,7 +96,10 @@ Utf8Shape shapeOf(unsigned char const* src, long from = 0, long to = blockBytes)
 
     bool regular = trails == ((leads << 1 | leads3 << 2 | leads4 << 3) & inside);
     if (Rules == Utf8Rules::strict && regular)
-        regular = leads3 == 0 ? areWellFormedTwos(block, inside) : isWellFormed(block, inside);
+        regular = leads3 == 0 ? !hasIllFormedTwos(block, inside)
+                              : (leads == leads3 || !hasIllFormedTwos(block, inside)) &&
+                                    (leads3 == leads4 || !hasIllFormedThrees(block, inside)) &&
+                                    (leads4 == 0 || !hasIllFormedFours(block, inside));
     // At most one of these leads a sequence that is cut off.
     auto const isSetBefore = [to](std::uint64_t mask, long count) {
         return static_cast<long>(mask >> (to - count) & 1);
