@@ -6,6 +6,8 @@
 #include "tables/Tables.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 
 namespace vyn {
 
@@ -94,6 +96,15 @@ public:
 
     gb18030::RangeIndex<gb18030::KeyBuckets> scalarOfKey{oGB2UniRange};
     gb18030::RangeIndex<gb18030::UnitBuckets> keyOfUnit{oUni2GBRange};
+
+    void keepLonger(unsigned short unit, std::uint64_t code) {
+        m_longer[unit] = __builtin_bswap32(static_cast<std::uint32_t>(code));
+    }
+    /// The bytes of a unit with zeros behind them, the first in the lowest eight bits; 0 where it has none by itself.
+    std::uint32_t bytesOf(unsigned short unit) const { return rows->codeOf[unit] | m_longer[unit]; }
+
+private:
+    std::uint32_t m_longer[0x10000] = {}; // of units with four bytes
 };
 
 struct Gb18030Codec : DoubleByteVectors<Gb18030Tables> {
@@ -136,6 +147,22 @@ struct Gb18030Codec : DoubleByteVectors<Gb18030Tables> {
         return key >= 0 ? encoded(static_cast<unsigned>(key), 1) : unmappedUnits(1);
     }
 
+    /// Units with codes of their own, four at a time, each of which is stored with zeros behind it: what comes next is sure
+    /// to be stored over them.
+    BulkEncoded<unsigned char> encodeGroups(unsigned short const* src, unsigned short const* end,
+                                            unsigned char* dst) const {
+        constexpr long group = 4;
+        while (end - src >= 2 * group &&
+               std::all_of(src, src + 2 * group, [this](unsigned short unit) { return tables->bytesOf(unit) != 0; })) {
+            for (auto const* const groupEnd = src + group; src != groupEnd; ++src) {
+                std::uint32_t const bytes = tables->bytesOf(*src);
+                std::memcpy(dst, &bytes, sizeof bytes);
+                dst += (39 - std::countl_zero(bytes)) / 8;
+            }
+        }
+        return {src, dst};
+    }
+
     bool keepsAscii() const { return tables->keepsAscii(); }
 
 private:
@@ -166,6 +193,6 @@ private:
 
 static_assert(Decodes<Gb18030Codec> && Encodes<Gb18030Codec> && KeepsAscii<Gb18030Codec>);
 static_assert(DecodesPieces<Gb18030Codec> && EncodesPieces<Gb18030Codec>);
-static_assert(DecodesVectors<Gb18030Codec> && EncodesVectors<Gb18030Codec>);
+static_assert(DecodesVectors<Gb18030Codec> && EncodesVectors<Gb18030Codec> && EncodesGroups<Gb18030Codec>);
 
 } // namespace vyn

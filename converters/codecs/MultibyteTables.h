@@ -63,7 +63,11 @@ struct MultibyteExTables {
 template <class Made, class CodecOf, class... Arguments>
 std::unique_ptr<Made> makeTablesWithRows(CodecOf codecOf, Arguments... arguments) {
     auto tables = std::make_unique<Made>(arguments...);
-    tables->rows = std::make_unique<DoubleByteRows>(codecOf(tables.get()));
+    auto const keepLonger = [&tables](unsigned short unit, std::uint64_t code) {
+        if constexpr (requires { tables->keepLonger(unit, code); })
+            tables->keepLonger(unit, code);
+    };
+    tables->rows = std::make_unique<DoubleByteRows>(codecOf(tables.get()), keepLonger);
     return tables;
 }
 

@@ -161,6 +161,12 @@ concept EncodesBlocks = requires(Codec const& codec, unsigned short const* src, 
     { codec.encodeBlocks(src, src, dst) } -> std::same_as<BulkEncoded<typename Codec::Element>>;
 };
 
+/// A few regular characters at a time, as far as they follow each other, where single steps are taken otherwise.
+template <class Codec>
+concept EncodesGroups = requires(Codec const& codec, unsigned short const* src, typename Codec::Element* dst) {
+    { codec.encodeGroups(src, src, dst) } -> std::same_as<BulkEncoded<typename Codec::Element>>;
+};
+
 /// The same for texts with a length. A surrogate without its other half is not mapped, unless the set writes each of them
 /// by itself.
 template <class Codec>

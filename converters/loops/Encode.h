@@ -101,6 +101,11 @@ BulkEncoded<typename Codec::Element> encodeSteps(Codec const& codec, unsigned sh
                 src += moved;
                 dst += moved;
             }
+        if constexpr (EncodesGroups<Codec>) {
+            auto const groups = codec.encodeGroups(src, end, dst);
+            src = groups.src;
+            dst = groups.dst;
+        }
         for (auto const* const stepsEnd = src + std::min(elementsBetweenAscii, end - src); src < stepsEnd;) {
             Encoded const found = codec.encodeOne(Bounded{src, static_cast<std::size_t>(end - src)});
             if (!found.mapped)
