@@ -13,7 +13,7 @@ if len(rows) != 26:
     sys.exit(f"charset/StaticConverters.cpp has {len(rows)} sets of one byte a character")
 
 section = (root / "docs/guide.md").read_text().split("## Add a set")[1]
-listed = {name.rstrip("/") for name in re.findall(r"^\d\. .*?`(\S+?)`", section, re.MULTILINE)}
+listed = {name.rstrip("/") for name in re.findall(r"^\d+\. .*?`(\S+?)`", section, re.MULTILINE)}
 
 
 def covers(path):

@@ -396,7 +396,8 @@ TEST_F(Vynconv, InPlaceEachFileStandsAlone) {
 // The conversion waits for its output to be read.
 TEST_F(Vynconv, ShowsOnATerminalHowFarItHasCome) {
     int const terminal = posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC);
-    ASSERT_TRUE(terminal >= 0 && grantpt(terminal) == 0 && unlockpt(terminal) == 0);
+    if (terminal < 0 || grantpt(terminal) != 0 || unlockpt(terminal) != 0)
+        GTEST_SKIP() << "there are no terminals here";
     errors = ptsname(terminal);
     writeFile(work("in"), std::string(8 * chunkBytes, 'x'));
     for (auto const& [name, pattern] : {std::pair{"in", "in: \\d+ % of 2 MiB, \\d+ MiB/s, \\d+ s left"},
