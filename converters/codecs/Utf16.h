@@ -1,6 +1,7 @@
 #pragma once
 
 #include "base/Surrogates.h"
+#include "converters/kernels/Kernels.h"
 #include "converters/kernels/Utf16Blocks.h"
 #include "converters/loops/Codec.h"
 
@@ -12,6 +13,16 @@ struct StrictUtf16Codec : PlainUnitBlocks<Unit16<Order>> {
     using Element = Unit16<Order>;
     static constexpr unsigned maxUnitsPerElement = 1;
     static constexpr unsigned maxElementsPerUnit = 1;
+
+    static BulkDecoded<Element> decodeVectors(Element const* src, Element const* end, unsigned short* dst) {
+        unsigned long const moved =
+            move(isMachineOrder ? kernels.moveUtf16 : kernels.moveUtf16FromOther, src, end, dst);
+        return {src + moved, dst + moved};
+    }
+    static BulkEncoded<Element> encodeVectors(unsigned short const* src, unsigned short const* end, Element* dst) {
+        unsigned long const moved = move(isMachineOrder ? kernels.moveUtf16 : kernels.moveUtf16ToOther, src, end, dst);
+        return {src + moved, dst + moved};
+    }
 
     Decoded decodeOne(auto text) const {
         unsigned const unit = text[0];
@@ -33,9 +44,19 @@ struct StrictUtf16Codec : PlainUnitBlocks<Unit16<Order>> {
             return unmappedUnits(1, !text.has(1));
         return mappedCode(std::uint64_t{text[0]} << 16 | text[1], 2, 2);
     }
+
+private:
+    static constexpr bool isMachineOrder = Order == std::endian::native;
+
+    template <class From, class To>
+    static unsigned long move(Kernels::MoveUnits* kernel, From const* src, From const* end, To* dst) {
+        return kernel(reinterpret_cast<unsigned char const*>(src), static_cast<unsigned long>(end - src),
+                      reinterpret_cast<unsigned char*>(dst));
+    }
 };
 
 static_assert(DecodesPieces<StrictUtf16Codec<std::endian::big>> && EncodesPieces<StrictUtf16Codec<std::endian::big>>);
+static_assert(DecodesVectors<StrictUtf16Codec<std::endian::big>> && EncodesVectors<StrictUtf16Codec<std::endian::big>>);
 static_assert(DecodesBlocks<StrictUtf16Codec<std::endian::big>> && EncodesBlocks<StrictUtf16Codec<std::endian::big>>);
 
 } // namespace vyn

@@ -21,6 +21,10 @@ BulkEncoded<unsigned char> encodeNothing(Rows const&..., unsigned short const* s
     return {src, dst};
 }
 
+unsigned long moveNothing(unsigned char const*, unsigned long, unsigned char*) {
+    return 0;
+}
+
 template <class Element>
 BulkCounted<Element> countNothing(Element const* src, Element const*) {
     return {src, 0};
@@ -35,6 +39,9 @@ constexpr Kernels portableKernels = {
     .decodeLenientUtf8 = decodeNothing<>,
     .decodeStrictUtf8 = decodeNothing<>,
     .encodeUtf8 = encodeNothing<>,
+    .moveUtf16 = moveNothing,
+    .moveUtf16FromOther = moveNothing,
+    .moveUtf16ToOther = moveNothing,
     .countLenientUtf8 = countNothing,
     .countUtf8 = countNothing,
     .decodeSingleByte = decodeNothing<SingleByteRows>,

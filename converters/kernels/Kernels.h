@@ -12,6 +12,9 @@ struct SingleByteRows;
 /// U+10FFFF.
 enum class Utf8Rules { lenient, strict };
 
+/// Of units in memory.
+enum class ByteOrder { machine, other };
+
 /// The first two units of a pattern and its last, and how far the last is from the first: 1 or more.
 struct PatternEnds {
     unsigned short first, second, last;
@@ -37,6 +40,13 @@ struct Kernels {
     Decode* decodeLenientUtf8;
     Decode* decodeStrictUtf8;
     Encode* encodeUtf8; ///< Takes no surrogate without its other half.
+
+    /// Of `count` units how many were moved, as far as no surrogate is without its other half: as they are, from the other
+    /// byte order, and to it.
+    using MoveUnits = unsigned long(unsigned char const* src, unsigned long count, unsigned char* dst);
+    MoveUnits* moveUtf16;
+    MoveUnits* moveUtf16FromOther;
+    MoveUnits* moveUtf16ToOther;
 
     /// The units that the first kind of text becomes, and the bytes of the second.
     BulkCounted<unsigned char> (*countLenientUtf8)(unsigned char const* src, unsigned char const* end);

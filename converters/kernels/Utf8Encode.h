@@ -1,7 +1,7 @@
 #pragma once
 
-#include "converters/kernels/Blocks.h"
 #include "converters/kernels/Kernels.h"
+#include "converters/kernels/Pairs.h"
 
 namespace vyn {
 namespace {
@@ -15,10 +15,6 @@ struct Utf16Shape {
     Utf16Kind kind;
     long length = blockUnits; ///< Without the first half of a pair at its end.
 };
-
-inline Units isSurrogate(Units vector) {
-    return units((vector & 0xF800) == 0xD800);
-}
 
 inline bool isAscii(UnitBlock const& block) {
     Units all = {};
@@ -34,16 +30,10 @@ inline Utf16Shape longerShapeOf(UnitBlock const& block) {
         all |= vector;
     if (isZero(all & 0xF800))
         return {Utf16Kind::upToTwoBytes};
-    Units surrogates = {};
-    for (Units const vector : block)
-        surrogates |= isSurrogate(vector);
-    if (isZero(surrogates))
+    if (!hasSurrogates(block))
         return {Utf16Kind::upToThreeBytes};
-    std::uint32_t const high = bitsOf(block, [](Units vector) { return units((vector & 0xFC00) == 0xD800); });
-    std::uint32_t const low = bitsOf(block, [](Units vector) { return units((vector & 0xFC00) == 0xDC00); });
-    if (low != high << 1)
-        return {Utf16Kind::irregular};
-    return {Utf16Kind::pairs, blockUnits - static_cast<long>(high >> (blockUnits - 1))};
+    long const length = lengthOfPairs(block);
+    return length < 0 ? Utf16Shape{Utf16Kind::irregular} : Utf16Shape{Utf16Kind::pairs, length};
 }
 
 inline Utf16Shape shapeOf(UnitBlock const& block) {

@@ -86,7 +86,7 @@ public:
                 done = m_codec.decodeVectors(done.src, done.src + ahead, begin);
                 room -= static_cast<std::size_t>(done.dst - begin);
             }
-            if (done.src == end())
+            if (bytesTo(done.src) == m_source.size()) // part of an element may be left
                 return {Status::done, m_source.size(), static_cast<std::size_t>(done.dst - begin), 0};
         }
         return runInTurns({done.src, done.dst, room}, begin);

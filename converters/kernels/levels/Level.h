@@ -5,6 +5,7 @@
 #include "converters/kernels/TextLength.h"
 #include "converters/kernels/UnitComparison.h"
 #include "converters/kernels/UnitSearch.h"
+#include "converters/kernels/Utf16Move.h"
 #include "converters/kernels/Utf8Decode.h"
 #include "converters/kernels/Utf8Encode.h"
 
@@ -28,6 +29,9 @@ constexpr Kernels kernelsOf(char const* level) {
         .decodeLenientUtf8 = counted<decodeUtf8<Utf8Rules::lenient>>,
         .decodeStrictUtf8 = counted<decodeUtf8<Utf8Rules::strict>>,
         .encodeUtf8 = encodeUtf8,
+        .moveUtf16 = moveUtf16<ByteOrder::machine, ByteOrder::machine>,
+        .moveUtf16FromOther = moveUtf16<ByteOrder::other, ByteOrder::machine>,
+        .moveUtf16ToOther = moveUtf16<ByteOrder::machine, ByteOrder::other>,
         .countLenientUtf8 = countUtf8Units,
         .countUtf8 = countUtf8Bytes,
         .decodeSingleByte = counted<decodeSingleByte, SingleByteRows>,
