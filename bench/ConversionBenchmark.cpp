@@ -1,4 +1,4 @@
-// Conversion beside ICU and the C library's iconv, each on the same text in one run.
+// Conversion beside ICU, the C library's iconv and, where it is installed, simdutf, each on the same text in one run.
 
 #include "Sample.h"
 
@@ -8,6 +8,10 @@
 #include <iconv.h>
 #include <unicode/ucnv.h>
 #include <unicode/ustring.h>
+
+#ifdef VYNULIB_SIMDUTF
+#include <simdutf.h>
+#endif
 
 #include <string>
 #include <string_view>
@@ -138,6 +142,22 @@ void icuUtf8Encode(benchmark::State& state, TextOfSet const& text) {
     });
 }
 
+#ifdef VYNULIB_SIMDUTF
+void simdutfDecode(benchmark::State& state, TextOfSet const& text) {
+    Samples samples = samplesOf(state, text);
+    measure(state, samples, unitsOf, [&](Sample const& sample, char16_t* dst, std::size_t /*room*/) {
+        return simdutf::convert_utf8_to_utf16le(sample.encoded.data(), sample.encoded.size(), dst);
+    });
+}
+
+void simdutfEncode(benchmark::State& state, TextOfSet const& text) {
+    Samples samples = samplesOf(state, text);
+    measure(state, samples, encodedOf, [&](Sample const& sample, char* dst, std::size_t /*room*/) {
+        return simdutf::convert_utf16le_to_utf8(sample.units.data(), sample.units.size(), dst);
+    });
+}
+#endif
+
 /// `handle` converts `source`; returns the elements written.
 template <class Element>
 std::size_t iconvWhole(iconv_t handle, std::string_view source, Element* dst, std::size_t room) {
@@ -259,6 +279,10 @@ constexpr Side sides[] = {
     {"decode/strict", strictDecode, every, none},
     {"decode/icu", icuDecode, icuHas, every},
     {"decode/icu-utf8", icuUtf8Decode, inUtf8, every},
+#ifdef VYNULIB_SIMDUTF
+    {"decode/simdutf", simdutfDecode, inUtf8, none},
+    {"encode/simdutf", simdutfEncode, inUtf8, none},
+#endif
     {"decode/iconv", iconvDecode, every, icuLacks},
     {"encode/vynulib", vynulibEncode, every, every},
     {"encode/strict", strictEncode, every, none},
