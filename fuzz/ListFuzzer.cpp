@@ -5,15 +5,17 @@
 
 #include <vynulib/VynUStringList.h>
 
-#include <stdexcept>
+#include <utility>
 #include <vector>
 
 namespace {
 
 using Units = std::u16string;
+using View = std::u16string_view;
 using Texts = std::vector<Units>;
 
 constexpr std::size_t mostElements = 200; // of a program, which would double them without end
+constexpr char badIndex[] = "invalid string list index given";
 
 /// A list and what it has to be.
 struct Twin {
@@ -27,21 +29,15 @@ struct Operands {
     Twin& other;
     Input& input;
 
-    /// Of the target, its end or a little beyond.
-    std::size_t index() const { return input.upTo(target.model.size() + 2); }
-    std::ptrdiff_t offset(std::size_t index) const { return static_cast<std::ptrdiff_t>(index); }
-};
+    VynUStringList& list() const { return target.list; }
+    Texts& model() const { return target.model; }
+    bool same() const { return &target == &other; }
+    bool fits() const { return same() || model().size() + other.model.size() <= mostElements; }
 
-/// Whether `change` throws what says that an index is none.
-template <class Change>
-bool isRangeError(Change change) {
-    try {
-        change();
-        return false;
-    } catch (std::out_of_range const&) {
-        return true;
-    }
-}
+    /// Of the target, its end or a little beyond.
+    std::size_t index() const { return input.upTo(model().size() + 2); }
+    Texts::iterator at(std::size_t index) const { return model().begin() + static_cast<std::ptrdiff_t>(index); }
+};
 
 Units joined(Texts const& texts, Units const& separator) {
     Units result;
@@ -63,114 +59,91 @@ Texts fieldsOf(Units const& text, Units const& separator) {
     return fields;
 }
 
-void append(Operands const& on) {
-    Units const text = on.input.word();
-    on.target.list.append(VynUString(std::u16string_view(text)));
-    on.target.model.push_back(text);
-}
-
-void appendList(Operands const& on) {
-    if (&on.target != &on.other && on.target.model.size() + on.other.model.size() > mostElements)
-        return;
-    on.target.list.append(on.other.list);
-    if (&on.target != &on.other) // itself: it stays as it is
-        on.target.model.insert(on.target.model.end(), on.other.model.begin(), on.other.model.end());
-}
-
-void insert(Operands const& on) {
-    std::size_t const index = on.index();
-    Units const text = on.input.word();
-    bool const threw = isRangeError([&] { on.target.list.insert(index, VynUString(std::u16string_view(text))); });
-    require(threw == (index > on.target.model.size()), "insert refuses an index past the end", index);
-    if (!threw)
-        on.target.model.insert(on.target.model.begin() + on.offset(index), text);
-}
-
-void insertElement(Operands const& on) {
-    if (on.target.model.empty())
-        return;
-    std::size_t const last = on.target.model.size() - 1;
-    std::size_t const index = std::min(on.index(), last), from = std::min(on.index(), last);
-    Units const text = on.target.model[from];
-    on.target.list.insert(index, on.target.list[from]);
-    on.target.model.insert(on.target.model.begin() + on.offset(index), text);
-}
-
-void insertList(Operands const& on) {
-    std::size_t const index = on.index();
-    bool const same = &on.target == &on.other;
-    if (!same && on.target.model.size() + on.other.model.size() > mostElements)
-        return;
-    bool const threw = isRangeError([&] { on.target.list.insert(index, on.other.list); });
-    require(threw == (index > on.target.model.size() && !same && !on.other.model.empty()),
-            "insert of a list refuses an index past the end", index);
-    if (!threw && !same && !on.other.model.empty())
-        on.target.model.insert(on.target.model.begin() + on.offset(index), on.other.model.begin(),
-                               on.other.model.end());
-}
-
-void erase(Operands const& on) {
-    std::size_t const index = on.index();
-    bool const threw = isRangeError([&] { on.target.list.erase(index); });
-    require(threw == (index >= on.target.model.size()), "erase refuses an index past the last", index);
-    if (!threw)
-        on.target.model.erase(on.target.model.begin() + on.offset(index));
-}
-
-void look(Operands const& on) {
-    std::size_t const index = on.index();
-    bool const threw = isRangeError([&] { (void)on.target.list.at(index); });
-    require(threw == (index >= on.target.model.size()), "at refuses an index past the last", index);
-}
-
-void assignOther(Operands const& on) {
-    on.target.list = on.other.list;
-    on.target.model = on.other.model;
-}
-
-void moveOther(Operands const& on) {
-    if (&on.target == &on.other)
-        return;
-    on.target.list = std::move(on.other.list);
-    on.target.model = std::move(on.other.model);
-    on.other.model.clear();
-}
-
-void assignElement(Operands const& on) {
-    if (on.target.model.empty())
-        return;
-    std::size_t const from = std::min(on.index(), on.target.model.size() - 1);
-    on.target.list = on.target.list[from];
-    on.target.model = Texts{Units(on.target.model[from])};
-}
-
-void clear(Operands const& on) {
-    on.target.list.clear();
-    on.target.model.clear();
-}
-
-/// All elements as one text, and its fields.
-void splitAtText(Operands const& on) {
-    Units const separator = on.input.word();
-    if (separator.find(u'\0') != separator.npos)
-        return; // what follows a zero is not looked for
-    Units const text = joined(on.other.model, separator);
-    VynUString const combined = on.other.list.combine(VynUString(std::u16string_view(separator)));
-    require(combined.view() == text, "the elements with separators between them");
-    on.target.list = combined.split(VynUString(std::u16string_view(separator)));
-    on.target.model = fieldsOf(text, separator);
-}
-
-void splitAtUnit(Operands const& on) {
-    Units const separator(1, on.input.unit());
-    Units const text = on.input.word();
-    on.target.list = VynUString(std::u16string_view(text)).split(separator[0]);
-    on.target.model = fieldsOf(text, separator[0] == 0 ? Units() : separator);
-}
-
-constexpr void (*operations[])(Operands const&) = {append, appendList,  insert,      insertElement, insertList,
-                                                   erase,  look,        assignOther, moveOther,     assignElement,
-                                                   clear,  splitAtText, splitAtUnit};
+constexpr void (*operations[])(Operands const&) = {
+    [](Operands const& on) {
+        Units const text = on.input.word();
+        on.list().append(VynUString(View(text)));
+        on.model().push_back(text);
+    },
+    [](Operands const& on) { // itself: it stays as it is
+        if (!on.fits())
+            return;
+        on.list().append(on.other.list);
+        if (!on.same())
+            on.model().insert(on.model().end(), on.other.model.begin(), on.other.model.end());
+    },
+    [](Operands const& on) {
+        std::size_t const index = on.index();
+        Units const text = on.input.word();
+        if (changes(index <= on.model().size(), badIndex, [&] { on.list().insert(index, VynUString(View(text))); }))
+            on.model().insert(on.at(index), text);
+    },
+    [](Operands const& on) { // an element of its own
+        if (on.model().empty())
+            return;
+        std::size_t const last = on.model().size() - 1;
+        std::size_t const index = std::min(on.index(), last), from = std::min(on.index(), last);
+        Units const text = on.model()[from];
+        on.list().insert(index, on.list()[from]);
+        on.model().insert(on.at(index), text);
+    },
+    [](Operands const& on) { // itself or an empty list: wherever, it stays as it is
+        std::size_t const index = on.index();
+        bool const nothing = on.same() || on.other.model.empty();
+        if (on.fits() &&
+            changes(index <= on.model().size() || nothing, badIndex, [&] { on.list().insert(index, on.other.list); }) &&
+            !nothing)
+            on.model().insert(on.at(index), on.other.model.begin(), on.other.model.end());
+    },
+    [](Operands const& on) {
+        std::size_t const index = on.index();
+        if (changes(index < on.model().size(), badIndex, [&] { on.list().erase(index); }))
+            on.model().erase(on.at(index));
+    },
+    [](Operands const& on) {
+        std::size_t const index = on.index();
+        changes(index < on.model().size(), badIndex, [&] { (void)on.list().at(index); });
+    },
+    [](Operands const& on) {
+        on.list() = on.other.list;
+        on.model() = on.other.model;
+    },
+    [](Operands const& on) {
+        VynUStringList taken(std::move(on.other.list));
+        require(on.other.list.size() == 0, "nothing is left of a list that was moved");
+        on.list() = std::move(taken);
+        if (!on.same())
+            on.model() = std::exchange(on.other.model, {});
+    },
+    [](Operands const& on) {
+        if (on.model().empty())
+            return;
+        std::size_t const from = std::min(on.index(), on.model().size() - 1);
+        on.list() = on.list()[from];
+        on.model() = Texts{Units(on.model()[from])};
+    },
+    [](Operands const& on) {
+        on.list().clear();
+        on.model().clear();
+    },
+    [](Operands const& on) { // all elements as one text, and its fields
+        Units const separator = on.input.word();
+        if (separator.find(u'\0') != separator.npos)
+            return; // what follows a zero is not looked for
+        Units const text = joined(on.other.model, separator);
+        VynUString const between(View{separator}), combined = on.other.list.combine(between);
+        require(combined.view() == text, "the elements with separators between them");
+        require(combined.capacity() == VynUString(combined).capacity(), "in room that just fits", combined.capacity());
+        on.list() = combined.split(between);
+        on.model() = fieldsOf(text, separator);
+    },
+    [](Operands const& on) {
+        Units const separator(1, on.input.unit());
+        Units const text = on.input.word();
+        on.list() = VynUString(View(text)).split(separator[0]);
+        on.model() = fieldsOf(text, separator[0] == 0 ? Units() : separator);
+    },
+};
 
 void requireTwins(Twin const& twin, std::size_t operation) {
     bool const same = std::equal(twin.list.begin(), twin.list.end(), twin.model.begin(), twin.model.end(),

@@ -334,6 +334,7 @@ std::vector<Row> stringRows() {
 
         row(throws, [](Things& t) { t.s.trim(VynUString::TRIM_BOTH, VynUString::TRIM_WHITESPACE); }),
         row(throws, [](Things& t) { t.s.resize(600, 'c', cs); }),
+        row(throws, [](Things& t) { t.brief.resize(9, 'c', cs); }),
         row(throws, [](Things& t) { t.s.resize(600, unit); }),
         row(throws, [](Things& t) { return t.s.left(299); }),
         row(throws, [](Things& t) { return t.s.mid(1, 299); }),

@@ -6,7 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <new>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -37,21 +36,4 @@ std::string outcomeOf(Action action) {
         return std::string("length_error: ") + e.what();
     }
     return "done";
-}
-
-/// Makes a change with no allocation to spend, with one, with two and so on until it has enough. Each time that memory
-/// runs out, what `observe` tells has to be what it was.
-template <class Change, class Observe>
-void expectWholeOrNothing(Change change, Observe observe) {
-    auto const before = observe();
-    for (unsigned allocations = 0;; ++allocations)
-        try {
-            allocationsLeft = allocations;
-            change();
-            allocationsLeft = unlimitedAllocations;
-            return;
-        } catch (std::bad_alloc const&) {
-            allocationsLeft = unlimitedAllocations;
-            EXPECT_EQ(observe(), before) << "with " << allocations << " allocations";
-        }
 }

@@ -7,24 +7,6 @@
 
 namespace {
 
-TEST(VynUStringConversion, RendersInTheSetThatIsAskedFor) {
-    struct {
-        Text text;
-        VynCharSet set;
-        std::string bytes;
-    } const rows[] = {{u"a\xE9", VYNCS_UTF16, "a\0\xE9\0"s}, {u"\xD83D\xDE00z", VYNCS_UTF32, "\0\xF6\1\0z\0\0\0"s},
-                      {u"ab\0cd"s, VYNCS_UTF8, "ab"},        {u"\xD83D\xDE00z", VYNCS_UTF8, "\xF0\x9F\x98\x80z"},
-                      {u"\x3042", VYNCS_ISO_8859_1, "?"},    {u"", VYNCS_UTF32, ""}};
-    for (auto const& [text, set, bytes] : rows) {
-        SCOPED_TRACE(testing::PrintToString(text) + " in " + VynCharSetToString(set));
-        VynUString string = makeString(text);
-        EXPECT_EQ(string.length(set), bytes.size());
-        std::string const terminated = bytes + std::string(GetNullCharSize(set), '\0');
-        EXPECT_EQ(std::string(string.c_str(set), terminated.size()), terminated);
-        EXPECT_EQ(string.c_str(set), string.c_str(set));
-    }
-}
-
 TEST(VynUStringConversion, CopiesHoldWholeCharactersAndKeepToTheirRoom) {
     VynUString const string = makeString(u"\x3042\x3044\x3046"), none;
     std::string bytes = "#########";

@@ -28,38 +28,6 @@ TEST(VynUStringSearch, CaseMapsEveryUnitByItself) {
             }
 }
 
-// The strings skip equal stretches, the comparison of pointers walks: both see a difference, or an end, wherever it is.
-TEST(VynUStringSearch, OrderIsThatOfUnitsUpToAZeroUnit) {
-    TestRandom random;
-    for (unsigned round = 0; round < 20'000 && !HasFailure(); ++round) {
-        Text left(1 + random.below(70), u'y');
-        left[random.below(left.size())] = random.below(4) ? u'y' : u'\0';
-        Text right = left;
-        for (Text* const text : {&left, &right, &right})
-            if (random.below(2))
-                (*text)[random.below(text->size())] = u"xYz_\xFF\x178\xDE00\xE000"[random.below(9)]; // or a zero unit
-        left.resize(random.below(4) ? left.size() : random.below(left.size()));
-        unsigned long const n = random.below(2) ? npos : random.below(right.size() + 1);
-        SCOPED_TRACE(testing::Message() << testing::PrintToString(left) << " and " << testing::PrintToString(right)
-                                        << " up to " << n << ", seed " << random.seed());
-        auto const compared = [n](Text const& text, bool noCase) {
-            VynUString units = makeString(text.substr(0, std::min<unsigned long>(n, text.find(u'\0'))));
-            if (noCase)
-                units.toUpper(false);
-            return textOf(units);
-        };
-        VynUString const a = makeString(left), b = makeString(right);
-        for (bool const noCase : {false, true}) {
-            int const difference = compared(left, noCase).compare(compared(right, noCase));
-            int const order = (difference > 0) - (difference < 0);
-            EXPECT_EQ(noCase ? a.compareNoCase(b, n) : a.compare(b, n), order);
-            EXPECT_EQ(noCase ? a.canonicalCompareNoCase(a.data(), b.data(), n)
-                             : a.canonicalCompare(a.data(), b.data(), n),
-                      order);
-        }
-    }
-}
-
 template <class... Lefts>
 void expectOrder(VynUString const& right, int order, Lefts const&... lefts) {
     auto const expect = [&](auto const& left) {

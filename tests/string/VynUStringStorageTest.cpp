@@ -7,9 +7,7 @@
 #include <algorithm>
 #include <climits>
 #include <cstring>
-#include <functional>
 #include <malloc.h>
-#include <tuple>
 #include <utility>
 
 namespace {
@@ -90,51 +88,32 @@ TEST(VynUStringStorage, NothingAfterATextIsRead) {
     EXPECT_EQ(textOf(filled).substr(350), Text(1, u'\x7878') + Text(351, zero));
 }
 
-TEST(VynUStringStorage, ChangesAreMadeWholeOrNotAtAll) {
-    Text const dots(262, u'.'), old = u"wX" + dots + u"\xC9\xE9wxyz", threeHundred(300, unit);
-    VynUString const longer(unit, 300);
-    VynUString other(longer);
-    std::string const longBytes(300, 'x');
-    struct {
-        char const* name;
-        std::function<void(VynUString&)> change;
-        Text text;
-        unsigned long capacity = 280;
-    } const rows[] = {
-        // First, before the default set has its tables.
-        {"bytes", [&](auto& s) { s = longBytes.c_str(); }, Text(300, u'x'), 300},
-        {"string", [&](auto& s) { s = longer; }, threeHundred, 300},
-        {"moved string", [](auto& s) { s = VynUString("q"); }, u"q", inlineCapacity}, // takes over what the other has
-        // The array is let go of, not released.
-        {"assign",
-         [&](auto& s) {
-             auto* array = s.data();
-             s.assign(longer), delete[] array;
-         },
-         threeHundred, 300},
-        {"swap", [&](auto& s) { s.swap(other); }, threeHundred, 300},
-        {"own BSTR", [](auto& s) { s.at(267) = 2, s = *reinterpret_cast<VynBSTR const*>(s.data() + 267); }, u"yz"},
-        {"own bytes", [](auto& s) { s = s.c_str(VYNCS_ISO_8859_1) + 267; }, u"xyz"},
-        {"byte", [](auto& s) { s.freeSecText(), s = 'c'; }, u"c"},
-        {"room", [](auto& s) { s.AssureSpace(300); }, u"", 300},
-        {"new array of units", [](auto& s) { s.resize(300, unit); }, threeHundred, 300},
-        {"new array of bytes", [](auto& s) { s.resize(300, 'x', VYNCS_ISO_8859_7); }, Text(300, u'x'), 300},
-        {"more bytes", [](auto& s) { s.resize(272, 'x', VYNCS_ISO_8859_8); }, old + u"xx"},
-        {"replace", [&](auto& s) { s.replace(0, npos, longer, 0); }, threeHundred, 300},
-        {"upper case", [](auto& s) { s.toUpper(false); }, u"WX" + dots + u"\xC9\xC9WXYZ"},
-        {"lower case", [](auto& s) { s.toLower(false); }, u"wx" + dots + u"\xE9\xE9wxyz"},
-    };
-    for (auto const& row : rows) {
-        SCOPED_TRACE(row.name);
-        VynUString string;
-        string.AssureSpace(280);
-        string = std::u16string_view(old);
-        string.c_str(VYNCS_UTF8);
-        auto const state = [&] {
-            return std::tuple(textOf(string), string.capacity(), std::string(string.c_str(VYNCS_UTF8)));
-        };
-        expectWholeOrNothing([&] { row.change(string); }, state);
-        EXPECT_EQ(state(), std::tuple(row.text, row.capacity, std::string(makeString(row.text).c_str(VYNCS_UTF8))));
+TEST(VynUStringStorage, TakesPartsOfItself) {
+    VynUString units = makeString(u"wxyz"), bytes("wxyz");
+    units.at(1) = 2;
+    units = *reinterpret_cast<VynBSTR const*>(units.data() + 1);
+    EXPECT_EQ(textOf(units), u"yz");
+    bytes = bytes.c_str(VYNCS_ISO_8859_1) + 1;
+    EXPECT_EQ(textOf(bytes), u"xyz");
+}
+
+TEST(VynUStringStorage, JoinsTextsOfAllKinds) {
+    VynUString const s = makeString(u"s\0"s);
+    for (auto const& [joined, expected] :
+         std::initializer_list<std::pair<VynUString, Text>>{{s + 'z', u"s\0z"s},
+                                                            {'z' + s, u"zs\0"s},
+                                                            {s + '\0', u"s\0"s},
+                                                            {s + "xyz", u"s\0xyz"s},
+                                                            {"xyz" + s, u"xyzs\0"s},
+                                                            {s + null<char>, u"s\0"s},
+                                                            {null<char> + s, u"s\0"s},
+                                                            {s + abZeroCd, u"s\0ab"s},
+                                                            {abZeroCd + s, u"abs\0"s},
+                                                            {s + zero, u"s\0"s},
+                                                            {zero + s, u"s\0"s},
+                                                            {s + VynUString(unit, 300), u"s\0"s + Text(300, unit)}}) {
+        EXPECT_EQ(textOf(joined), expected);
+        EXPECT_EQ(joined.capacity(), std::max(inlineCapacity, expected.size()));
     }
 }
 
