@@ -53,15 +53,6 @@ std::vector<VynCharSet> const servedSets = [] {
     return sets;
 }();
 
-/// A text that was converted, and each of its losses: where it began and how long it was.
-template <class Target>
-struct Outcome {
-    Target text;
-    std::vector<std::pair<std::size_t, std::size_t>> losses;
-
-    bool operator==(Outcome const&) const = default;
-};
-
 /// Copies of texts whose memory ends, or begins, at an inaccessible page.
 template <class Element>
 std::basic_string_view<Element> guarded(std::basic_string_view<Element> text, bool atEnd) {
@@ -71,36 +62,6 @@ std::basic_string_view<Element> guarded(std::basic_string_view<Element> text, bo
         reinterpret_cast<Element*>(atEnd ? buffer.end() - text.size() * sizeof(Element) : buffer.begin());
     std::copy(text.begin(), text.end(), place);
     return {place, text.size()};
-}
-
-/// Converts a text in pieces of sizes that `pieceSize()` gives into rooms that `roomSize()` gives.
-template <class Target, class Source, class Convert, class PieceSize, class RoomSize>
-Outcome<Target> inPieces(Source source, Convert convert, PieceSize pieceSize, RoomSize roomSize) {
-    using Element = typename Target::value_type;
-    static GuardedBuffer output(1 << 18);
-    Outcome<Target> outcome;
-    std::size_t at = 0;
-    for (std::size_t offered = std::min(pieceSize(), source.size());;) {
-        std::size_t const room = roomSize();
-        auto* const dst = reinterpret_cast<Element*>(output.end()) - room;
-        bool const last = at + offered == source.size();
-        Progress const done = convert(guarded(source.substr(at, offered), room % 2 == 0), dst, room, last);
-        EXPECT_LE(done.read, offered);
-        EXPECT_LE(done.written, room);
-        EXPECT_EQ(done.length != 0, done.status == Status::unconvertible);
-        outcome.text.append(dst, done.written);
-        at += done.read + done.length;
-        if (done.length != 0)
-            outcome.losses.emplace_back(at - done.length, done.length);
-        offered -= done.read + done.length;
-        if (done.status == Status::done) {
-            if (last) {
-                EXPECT_EQ(offered, 0UL);
-                return outcome;
-            }
-            offered = std::min(offered + std::max<std::size_t>(pieceSize(), 1), source.size() - at);
-        }
-    }
 }
 
 class TranscodingSets : public testing::TestWithParam<VynCharSet> {
@@ -120,40 +81,7 @@ protected:
             bytes[at] = static_cast<char>(random.below(3) == 0 ? random.below(0x80) : 0x80 + random.below(0x80));
         return bytes.substr(0, bytes.size() - std::min<std::size_t>(bytes.size(), random.below(4)));
     }
-
-    auto decoder() const {
-        return [this](std::string_view source, char16_t* dst, std::size_t room, bool last) {
-            return vynulib::decode(cs, source, dst, room, last);
-        };
-    }
-    auto encoder() const {
-        return [this](std::u16string_view source, char* dst, std::size_t room, bool last) {
-            return vynulib::encode(cs, source, dst, room, last);
-        };
-    }
-    Outcome<Units> decodeWhole(std::string_view source) {
-        return inPieces<Units>(
-            source, decoder(), [&] { return source.size(); }, [&] { return 2 * source.size() + 1; });
-    }
-    Outcome<std::string> encodeWhole(std::u16string_view source) {
-        return inPieces<std::string>(
-            source, encoder(), [&] { return source.size(); }, [&] { return 24 * source.size() + 1; });
-    }
 };
-
-TEST_P(TranscodingSets, PiecesGiveWhatTheWholeGives) {
-    for (int round = 0; round < 300 && !HasFailure(); ++round) {
-        unsigned const most = 1 + random.below(random.below(4) == 0 ? 200 : 8);
-        auto const pieceSize = [&]() -> std::size_t { return random.below(most + 1); };
-        std::string const bytes = anyBytes(random.below(120));
-        auto const unitRoom = [&]() -> std::size_t { return random.below(most) + 2; };
-        ASSERT_EQ(inPieces<Units>(std::string_view(bytes), decoder(), pieceSize, unitRoom), decodeWhole(bytes));
-        Units const units = anyUnits(random.below(120));
-        auto const byteRoom = [&]() -> std::size_t { return random.below(most) + 8; };
-        ASSERT_EQ(inPieces<std::string>(std::u16string_view(units), encoder(), pieceSize, byteRoom),
-                  encodeWhole(units));
-    }
-}
 
 /// Calls `convert(source, dst, room)` in every room that the result may have and some more, all about inaccessible pages.
 template <class Element, class Source, class Convert>
@@ -211,112 +139,6 @@ TEST_P(TranscodingSets, DecodeReadsWhatEncodeWrites) {
         Progress const decoded = vynulib::decode(cs, {bytes, encoded.written}, units, 16, true);
         ASSERT_EQ(decoded, (Progress{Status::done, encoded.written, one.size(), 0})) << scalar;
         ASSERT_EQ(Units(units, decoded.written), one) << scalar;
-    }
-}
-
-/// Where the converter of the set raises no flag, or nothing is lost, both give the same, but for the differences named.
-TEST_P(TranscodingSets, AgreesWithTheConverter) {
-    if (cs == VYNCS_UTF16 || cs == VYNCS_UTF16BE || cs == VYNCS_UTF32BE)
-        return; // no converter, or one that converts nothing without a limit
-    VynCharSetConverter& converter = *VynCharSetConverter::getConverter(cs);
-    bool const lenient = cs == VYNCS_UTF8 || cs == VYNCS_UTF32 || cs == VYNCS_UTF16ESC || cs == VYNCS_EUC_JP;
-    bool const deniesTrails = cs == VYNCS_WCP936 || cs == VYNCS_WCP950; // of codes that it encodes
-    int compared = 0;
-    for (int round = 0; round < 2000 && !HasFailure(); ++round) {
-        std::string bytes = anyBytes(1 + random.below(30));
-        Outcome<Units> const decoded = decodeWhole(bytes);
-        if (decoded.text.find(u'\0') == Units::npos) {
-            bytes.append(8, '\0');
-            Units units(bytes.size() + 1, u'x');
-            bool illegal = false;
-            units.resize(converter.toUTF16(reinterpret_cast<unsigned short*>(units.data()), bytes.data(), bytes.size(),
-                                           ILLCHAR_REPLACE, &illegal, -1));
-            if ((decoded.losses.empty() && !deniesTrails) || (!illegal && !lenient)) {
-                ASSERT_EQ(units, decoded.text);
-                ASSERT_TRUE(decoded.losses.empty());
-                ++compared;
-            }
-        }
-        Units units = anyUnits(1 + random.below(30));
-        units = units.substr(0, units.find(u'\0'));
-        Outcome<std::string> const encoded = encodeWhole(units);
-        if (encoded.losses.empty() && cs != VYNCS_UTF8) {
-            std::string expected(24 * units.size() + 4, 'x');
-            bool illegal = false;
-            expected.resize(converter.fromUTF16(expected.data(), reinterpret_cast<unsigned short const*>(units.c_str()),
-                                                expected.size() - 4, ILLCHAR_STOP, &illegal));
-            ASSERT_EQ(encoded.text, expected);
-            ASSERT_FALSE(illegal);
-        }
-    }
-    EXPECT_GT(compared, 100);
-}
-
-TEST_P(TranscodingSets, WholeTextsKeepToTheirBoundsAndReports) {
-    for (int round = 0; round < 100 && !HasFailure(); ++round) {
-        std::string const bytes = anyBytes(random.below(8) == 0 ? 9000 : random.below(100));
-        Outcome<Units> const pieces = decodeWhole(std::string_view(bytes).substr(0, 1 << 14));
-        std::string_view const source = std::string_view(bytes).substr(0, 1 << 14);
-        std::size_t const first = pieces.losses.empty() ? npos : pieces.losses[0].first;
-        Report const expected{pieces.losses.size(), first};
-        Report report{99, 99};
-        Units const replaced = vynulib::decode(cs, source, OnError::replace, &report);
-        ASSERT_EQ(report, expected);
-        ASSERT_LE(replaced.size(), vynulib::maxUnits(cs, source.size()));
-        ASSERT_EQ(vynulib::decode(cs, source, OnError::drop, &report), pieces.text);
-        ASSERT_EQ(report, expected);
-        ASSERT_EQ(vynulib::decode(cs, source, OnError::stop), vynulib::decode(cs, source.substr(0, first)));
-        ASSERT_EQ(vynulib::isValid(cs, source), pieces.losses.empty());
-        // To a set that has all, by way of a piece of UTF-16: the same losses at the same places.
-        ASSERT_EQ(vynulib::transcode(cs, VYNCS_UTF16ESC, source, OnError::drop, &report),
-                  vynulib::encode(VYNCS_UTF16ESC, pieces.text));
-        ASSERT_EQ(report, expected);
-
-        Units const units = anyUnits(random.below(100));
-        std::string const escaped = vynulib::encode(cs, units, OnError::escape, &report);
-        ASSERT_LE(escaped.size(), vynulib::maxBytes(cs, units.size()));
-        std::size_t const lost = encodeWhole(units).losses.size();
-        ASSERT_EQ(report.losses, lost);
-        // From a set that has all, with the position in its bytes.
-        std::string const text = vynulib::encode(VYNCS_UTF16ESC, units);
-        ASSERT_EQ(vynulib::transcode(VYNCS_UTF16ESC, cs, text, OnError::escape, &report), escaped);
-        ASSERT_EQ(report.losses, lost);
-        if (lost != 0) {
-            ASSERT_EQ(vynulib::transcode(VYNCS_UTF16ESC, cs, text, OnError::stop),
-                      vynulib::transcode(VYNCS_UTF16ESC, cs, text.substr(0, report.firstLoss)));
-        }
-    }
-}
-
-TEST_P(TranscodingSets, PiecesTranscodeAsTheWhole) {
-    for (int round = 0; round < 200 && !HasFailure(); ++round) {
-        VynCharSet const to = servedSets[random.below(servedSets.size())];
-        auto const onError = static_cast<OnError>(random.below(4));
-        std::string const bytes = anyBytes(random.below(8) == 0 ? 9000 : random.below(100));
-        unsigned const most = 1 + random.below(random.below(2) == 0 ? 20'000 : 20);
-        Report whole, sum;
-        std::string const text = vynulib::transcode(cs, to, bytes, onError, &whole);
-        std::size_t at = 0;
-        auto const convert = [&](std::string_view source, char* dst, std::size_t room, bool last) {
-            Report report;
-            Progress const done = vynulib::transcode(cs, to, source, dst, room, last, onError, &report);
-            if (sum.losses == 0 && report.losses != 0)
-                sum.firstLoss = at + report.firstLoss;
-            sum.losses += report.losses;
-            at += done.read + done.length;
-            return done;
-        };
-        Outcome<std::string> const pieces = inPieces<std::string>(
-            std::string_view(bytes), convert, [&]() -> std::size_t { return random.below(most); },
-            [&]() -> std::size_t { return 48 + random.below(most); }); // what a pair becomes at most, and more
-        SCOPED_TRACE(testing::Message() << "to " << to << ", policy " << static_cast<int>(onError));
-        if (onError == OnError::stop) { // the pieces go on after each loss
-            ASSERT_EQ(pieces.losses.empty() ? npos : pieces.losses[0].first, whole.firstLoss);
-            ASSERT_TRUE(pieces.text.starts_with(text));
-        } else {
-            ASSERT_EQ(pieces.text, text);
-            ASSERT_EQ(sum, whole);
-        }
     }
 }
 
