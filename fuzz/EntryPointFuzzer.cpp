@@ -61,24 +61,17 @@ Bytes encoded(VynCharSet cs, Units units, unsigned long room, ILLCHAR_OPTYPE op 
     return bytes;
 }
 
-/// Whatever `units` become, in bytes.
-unsigned long ampleFor(Units const& units) {
-    return 24 * units.size();
-}
-
-/// A size of a destination for `whole` elements and a terminator: the choice of the input.
-long sizeFor(Place end, std::size_t whole, std::size_t terminator) {
-    return static_cast<long>(end.in(whole + terminator));
-}
-
-/// Calls `convert(dst)` with a destination of `size` elements: it has to make `expected`.
-template <class Element, class Expected, class Convert>
-void requireMakes(std::basic_string<Expected> const& expected, long size, std::size_t terminator, char const* what,
+/// Calls `convert(dst, size)` with a destination of exactly the size that the input chooses. What it makes has to be what
+/// `make(room)` makes in the room beside the terminator.
+template <class Element, class Make, class Convert>
+void requireMakes(char const* what, Place end, std::size_t terminator, unsigned long ample, Make make,
                   Convert convert) {
-    static_assert(sizeof(Element) == sizeof(Expected));
-    auto const dst = std::make_unique<Element[]>(static_cast<std::size_t>(size));
+    std::size_t const size = end.in(make(ample).size() + terminator);
+    auto const expected = size >= terminator ? make(size - terminator) : decltype(make(0))();
+    static_assert(sizeof(Element) == sizeof(expected[0]));
+    auto const dst = std::make_unique<Element[]>(size);
     std::fill_n(dst.get(), size, static_cast<Element>(0xA5));
-    unsigned long const count = convert(dst.get());
+    unsigned long const count = convert(dst.get(), size);
     require(count == expected.size(), what, "size", size, "elements", count, "expected", expected.size());
     if (count == 0)
         return;
@@ -87,39 +80,32 @@ void requireMakes(std::basic_string<Expected> const& expected, long size, std::s
             what);
 }
 
-/// What fits into `size` elements with their terminator, as `convert(room)` makes it.
-template <class Convert>
-auto inSize(long size, std::size_t terminator, Convert convert) {
-    bool const fits = size >= static_cast<long>(terminator);
-    return fits ? convert(static_cast<unsigned long>(size) - terminator) : decltype(convert(0UL))();
+/// The same for units that are encoded.
+template <class Element, class Convert>
+void requireEncodes(char const* what, Place end, VynCharSet cs, Units const& units, Convert convert) {
+    auto const make = [&](unsigned long room) { return encoded(cs, units, room); };
+    requireMakes<Element>(what, end, GetNullCharSize(cs), 24 * units.size(), make, convert);
 }
 
 void localToUtf8(VynCharSet cs, Place end, Bytes const& text) {
     Source<char> const source(text, GetNullCharSize(cs));
     Units const units = decodedOrLatin1(cs, source.data(), std::strlen(source.data()));
-    long const size = sizeFor(end, encoded(VYNCS_UTF8, units, ampleFor(units)).size(), 1);
-    auto const encode = [&](unsigned long room) { return encoded(VYNCS_UTF8, units, room); };
-    requireMakes<unsigned char>(inSize(size, 1, encode), size, 1, "LocalToUTF8", [&](unsigned char* dst) {
-        return LocalToUTF8(dst, source.data(), static_cast<unsigned long>(size), cs);
+    requireEncodes<unsigned char>("LocalToUTF8", end, VYNCS_UTF8, units, [&](unsigned char* dst, unsigned long size) {
+        return LocalToUTF8(dst, source.data(), size, cs);
     });
 }
 
 void utf8ToLocal(VynCharSet cs, Place end, Bytes const& text) {
     Source<char> const source(text);
-    std::size_t const terminator = GetNullCharSize(cs);
     Units const units = decoded(VYNCS_UTF8, source.data(), text.size());
-    long const size = sizeFor(end, encoded(cs, units, ampleFor(units)).size(), terminator);
-    auto const encode = [&](unsigned long room) { return encoded(cs, units, room); };
-    requireMakes<char>(inSize(size, terminator, encode), size, terminator, "UTF8ToLocal", [&](char* dst) {
-        return UTF8ToLocal(dst, source.asUtf8(), static_cast<unsigned long>(size), cs);
-    });
+    requireEncodes<char>("UTF8ToLocal", end, cs, units,
+                         [&](char* dst, unsigned long size) { return UTF8ToLocal(dst, source.asUtf8(), size, cs); });
 }
 
 void localToUtf16(VynCharSet cs, Place end, Bytes const& text) {
     Source<char> const source(text, GetNullCharSize(cs));
-    auto const decode = [&](unsigned long room) { return decodedOrLatin1(cs, source.data(), room); };
-    long const size = sizeFor(end, decode(text.size()).size(), 1);
-    requireMakes<unsigned short>(inSize(size, 1, decode), size, 1, "LocalToUTF16", [&](unsigned short* dst) {
+    auto const make = [&](unsigned long room) { return decodedOrLatin1(cs, source.data(), room); };
+    requireMakes<unsigned short>("LocalToUTF16", end, 1, text.size(), make, [&](unsigned short* dst, auto size) {
         require(LocalToUTF16(dst, source.data(), -static_cast<int>(size), cs) == 0, "no size is below 0");
         return LocalToUTF16(dst, source.data(), static_cast<int>(size), cs);
     });
@@ -127,29 +113,22 @@ void localToUtf16(VynCharSet cs, Place end, Bytes const& text) {
 
 void utf8ToUtf16(VynCharSet, Place end, Bytes const& text) {
     Source<char> const source(text);
-    auto const decode = [&](unsigned long room) { return decoded(VYNCS_UTF8, source.data(), room); };
-    long const size = sizeFor(end, decode(text.size()).size(), 1);
-    requireMakes<unsigned short>(inSize(size, 1, decode), size, 1, "UTF8ToUTF16", [&](unsigned short* dst) {
-        return UTF8ToUTF16(dst, source.asUtf8(), static_cast<unsigned long>(size));
+    auto const make = [&](unsigned long room) { return decoded(VYNCS_UTF8, source.data(), room); };
+    requireMakes<unsigned short>("UTF8ToUTF16", end, 1, text.size(), make, [&](unsigned short* dst, auto size) {
+        return UTF8ToUTF16(dst, source.asUtf8(), size);
     });
 }
 
 void utf16ToLocal(VynCharSet cs, Place end, Units const& units) {
     Source<char16_t> const source(units);
-    std::size_t const terminator = GetNullCharSize(cs);
-    auto const encode = [&](unsigned long room) { return encoded(cs, units, room); };
-    long const size = sizeFor(end, encode(ampleFor(units)).size(), terminator);
-    requireMakes<char>(inSize(size, terminator, encode), size, terminator, "UTF16ToLocal", [&](char* dst) {
-        return UTF16ToLocal(dst, source.asUnits(), static_cast<unsigned long>(size), cs);
-    });
+    requireEncodes<char>("UTF16ToLocal", end, cs, units,
+                         [&](char* dst, unsigned long size) { return UTF16ToLocal(dst, source.asUnits(), size, cs); });
 }
 
 void utf16ToUtf8(VynCharSet, Place end, Units const& units) {
     Source<char16_t> const source(units);
-    auto const encode = [&](unsigned long room) { return encoded(VYNCS_UTF8, units, room); };
-    long const size = sizeFor(end, encode(ampleFor(units)).size(), 1);
-    requireMakes<unsigned char>(inSize(size, 1, encode), size, 1, "UTF16ToUTF8", [&](unsigned char* dst) {
-        return UTF16ToUTF8(dst, source.asUnits(), static_cast<unsigned long>(size));
+    requireEncodes<unsigned char>("UTF16ToUTF8", end, VYNCS_UTF8, units, [&](unsigned char* dst, unsigned long size) {
+        return UTF16ToUTF8(dst, source.asUnits(), size);
     });
 }
 
@@ -173,9 +152,7 @@ Units withoutEscapes(Units const& units) {
 void localPathToUtf8(VynCharSet, Place end, Bytes const& text) {
     Source<char> const source(text);
     Units const units = withoutEscapes(decoded(VYNCS_OS_DEFAULT, source.data(), text.size()));
-    auto const encode = [&](unsigned long room) { return encoded(VYNCS_UTF8, units, room); };
-    long const size = sizeFor(end, encode(ampleFor(units)).size(), 1);
-    requireMakes<unsigned char>(inSize(size, 1, encode), size, 1, "LocalPathToUTF8", [&](unsigned char* dst) {
+    requireEncodes<unsigned char>("LocalPathToUTF8", end, VYNCS_UTF8, units, [&](unsigned char* dst, auto size) {
         require(LocalPathToUTF8(dst, source.data(), -static_cast<int>(size)) == 0, "no size is below 0");
         return LocalPathToUTF8(dst, source.data(), static_cast<int>(size));
     });
@@ -200,11 +177,10 @@ void utf8ToLocalPath(VynCharSet, Place end, Bytes const& text) {
     Source<char> const source(text);
     bool const isUtf8 = &converterOf(VYNCS_OS_DEFAULT) == &converterOf(VYNCS_UTF8);
     Units const units = decoded(VYNCS_UTF8, source.data(), text.size());
-    auto const encode = [&](unsigned long room) {
+    auto const make = [&](unsigned long room) {
         return isUtf8 ? escapedInUtf8(units, room) : encoded(VYNCS_OS_DEFAULT, units, room, ILLCHAR_ESCAPE);
     };
-    long const size = sizeFor(end, encode(ampleFor(units)).size(), 1);
-    requireMakes<char>(inSize(size, 1, encode), size, 1, "UTF8ToLocalPath", [&](char* dst) {
+    requireMakes<char>("UTF8ToLocalPath", end, 1, 24 * units.size(), make, [&](char* dst, unsigned long size) {
         require(UTF8ToLocalPath(dst, source.asUtf8(), -static_cast<int>(size)) == 0, "no size is below 0");
         return UTF8ToLocalPath(dst, source.asUtf8(), static_cast<int>(size));
     });
