@@ -3,7 +3,7 @@
 #include "fuzz/Input.h"
 #include "fuzz/Require.h"
 
-#include <vynulib/VynCharSetConverter.h>
+#include <vynulib/VynCharSetConverterUTF32.h>
 
 #include <cstring>
 #include <memory>
@@ -61,7 +61,7 @@ std::string sequenceOf(unsigned value) {
     return sequence + static_cast<char>(0x80 | (value & 0x3F));
 }
 
-void fromUtf8(VynCharSetConverter& utf32, Place end, std::string const& bytes) {
+void fromUtf8(VynCharSetConverterUTF32& utf32, Place end, std::string const& bytes) {
     std::string_view const text(bytes.c_str());
     std::size_t const room = end.in(text.size());
     std::u32string expected;
@@ -70,6 +70,9 @@ void fromUtf8(VynCharSetConverter& utf32, Place end, std::string const& bytes) {
 
     auto const source = std::make_unique<unsigned char[]>(text.size() + 1);
     std::copy(text.begin(), text.end(), source.get());
+    unsigned char* at = source.get();
+    for (char32_t const value : expected)
+        require(utf32.UTF32fromUTF8(&at) == value, "a value from UTF-8");
     auto const dst = std::make_unique<char32_t[]>(room + 1);
     bool illegal = true;
     unsigned long const count = utf32.fromUTF8(dst.get(), source.get(), room, ILLCHAR_REPLACE, &illegal);
@@ -77,7 +80,7 @@ void fromUtf8(VynCharSetConverter& utf32, Place end, std::string const& bytes) {
     require(std::u32string_view(dst.get(), count) == expected && dst[count] == 0, "the values from UTF-8", room);
 }
 
-void toUtf8(VynCharSetConverter& utf32, Place end, std::string const& bytes) {
+void toUtf8(VynCharSetConverterUTF32& utf32, Place end, std::string const& bytes) {
     std::size_t const values = bytes.size() / 4;
     auto const source = std::make_unique<unsigned[]>(values + 1);
     std::memcpy(source.get(), bytes.data(), values * 4);
@@ -98,7 +101,7 @@ void toUtf8(VynCharSetConverter& utf32, Place end, std::string const& bytes) {
     require(count > room || dst[count] == 0, "bytes that fit are terminated", room);
 }
 
-constexpr void (*tests[])(VynCharSetConverter&, Place, std::string const&) = {fromUtf8, toUtf8};
+constexpr void (*tests[])(VynCharSetConverterUTF32&, Place, std::string const&) = {fromUtf8, toUtf8};
 
 } // namespace
 
@@ -106,6 +109,6 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     Input input(data, size);
     auto const test = input.among(tests);
     Place const end = input.place();
-    test(*VynCharSetConverter::getConverter(VYNCS_UTF32), end, input.text());
+    test(dynamic_cast<VynCharSetConverterUTF32&>(*VynCharSetConverter::getConverter(VYNCS_UTF32)), end, input.text());
     return 0;
 }
