@@ -153,46 +153,29 @@ template <class Converter, class... Arguments>
 void addConverter(std::vector<Row>& rows, Failure failure, Failure countingBytes, Failure countingUnits,
                   Arguments... arguments) {
     auto const converter = std::make_shared<Converter>(arguments...);
-    auto const add = [&](Failure kind, auto operation, unsigned line) {
-        rows.push_back(row(kind, [=](Things& t) { return operation(*converter, t); }));
-        rows.back().line = line;
+    auto const add = [&](Failure kind, auto operation, unsigned line = __builtin_LINE()) {
+        rows.push_back(row(
+            kind, [=](Things& t) { return operation(*converter, t); }, u"0", line));
     };
     static constexpr char const source[] = "a\x82\xA0\0\0\0\0";
-    add(
-        failure,
-        [](auto& c, Things& t) { return c.Converter::toUTF16(t.units, source, 9, ILLCHAR_REPLACE, nullptr, 3); },
-        __LINE__);
-    add(
-        failure,
-        [](auto& c, Things& t) { return c.Converter::fromUTF16(t.dst, t.brief.data(), 99, ILLCHAR_ESCAPE, nullptr); },
-        __LINE__);
-    add(
-        countingBytes, [](auto& c, Things& t) { return c.Converter::getNumBytes(t.brief.data(), 3); }, __LINE__);
-    add(
-        countingUnits, [](auto& c, Things&) { return c.Converter::getNumUnits(source, 3); }, __LINE__);
-    add(
-        never, [](auto& c, Things& t) { return c.Converter::toUTF8(t.utf8, source, 9, ILLCHAR_REPLACE, nullptr); },
-        __LINE__);
-    add(
-        never, [](auto& c, Things& t) { return c.Converter::fromUTF8(t.dst, t.source(), 9, ILLCHAR_REPLACE, nullptr); },
-        __LINE__);
+    static constexpr auto replace = ILLCHAR_REPLACE, escape = ILLCHAR_ESCAPE;
+    add(failure, [](auto& c, Things& t) { return c.Converter::toUTF16(t.units, source, 9, replace, nullptr, 3); });
+    add(failure, [](auto& c, Things& t) { return c.Converter::fromUTF16(t.dst, t.brief.data(), 9, escape, nullptr); });
+    add(countingBytes, [](auto& c, Things& t) { return c.Converter::getNumBytes(t.brief.data(), 3); });
+    add(countingUnits, [](auto& c, Things&) { return c.Converter::getNumUnits(source, 3); });
+    add(never, [](auto& c, Things& t) { return c.Converter::toUTF8(t.utf8, source, 9, replace, nullptr); });
+    add(never, [](auto& c, Things& t) { return c.Converter::fromUTF8(t.dst, t.source(), 9, replace, nullptr); });
     if constexpr (requires { converter->load(); })
-        add(
-            throws, [](auto& c, Things&) { c.Converter::load(); }, __LINE__);
+        add(throws, [](auto& c, Things&) { c.Converter::load(); });
 }
 
-struct OpenDouble : VynCharSetConverterDBCS {
-    using VynCharSetConverterDBCS::VynCharSetConverterDBCS;
+/// What derived converters use of the class that has the tables.
+template <class Converter, class Tables>
+struct Open : Converter {
+    using Converter::Converter;
     bool loadBase() {
-        VynCharSetConverterMBCS::load(); // NOLINT(bugprone-parent-virtual-call): as it is in the base
-        return VynCharSetConverterMBCS::forwardTable() && VynCharSetConverterMBCS::reverseTable();
-    }
-};
-struct OpenDoubleEx : VynCharSetConverterDBCSEx {
-    using VynCharSetConverterDBCSEx::VynCharSetConverterDBCSEx;
-    bool loadBase() {
-        VynCharSetConverterMBCSEx::load(); // NOLINT(bugprone-parent-virtual-call): as it is in the base
-        return VynCharSetConverterMBCSEx::forwardTable() && VynCharSetConverterMBCSEx::reverseTable();
+        Tables::load(); // NOLINT(bugprone-parent-virtual-call): as it is in the base
+        return Tables::forwardTable() && Tables::reverseTable();
     }
 };
 
@@ -211,8 +194,10 @@ std::vector<Row> converterRows() {
     addConverter<VynCharSetConverterUTF16Esc>(rows, never, never, never, VYNCS_UTF16ESC);
     addConverter<VynCharSetConverterUTF32>(rows, never, never, never, VYNCS_UTF32);
     auto const gb = std::make_shared<VynCharSetConverterGB18030>(oGBKmap, VYNCS_GB18030);
-    auto const dbcs = std::make_shared<OpenDouble>(oCP949map, oCP949Type, VYNCS_WCP949);
-    auto const dbcsEx = std::make_shared<OpenDoubleEx>(oSJIS0213_2004map, oCP932Type, VYNCS_SJIS0213);
+    auto const dbcs =
+        std::make_shared<Open<VynCharSetConverterDBCS, VynCharSetConverterMBCS>>(oCP949map, oCP949Type, VYNCS_WCP949);
+    auto const dbcsEx = std::make_shared<Open<VynCharSetConverterDBCSEx, VynCharSetConverterMBCSEx>>(
+        oSJIS0213_2004map, oCP932Type, VYNCS_SJIS0213);
     auto const utf32 = std::make_shared<VynCharSetConverterUTF32>(VYNCS_UTF32);
     rows.push_back(row(throws, [=](Things&) { return dbcs->loadBase(); }));
     rows.push_back(row(throws, [=](Things&) { return dbcsEx->loadBase(); }));
