@@ -14,6 +14,13 @@ namespace {
 
 constexpr char endOfInput = '\xFF'; // the byte, as well as the end itself
 constexpr std::string_view spaces = " \t\n\v\f\r";
+constexpr std::ios_base::iostate states[] = {std::ios_base::goodbit, std::ios_base::failbit,
+                                             std::ios_base::eofbit | std::ios_base::badbit};
+
+struct FlushCounter : std::streambuf {
+    int sync() override { return ++flushes, 0; }
+    int flushes = 0;
+};
 
 /// What a reader has to take from the bytes that are left, and the state that it has to leave.
 struct Expected {
@@ -63,12 +70,17 @@ std::string written(VynUString text) {
 }
 
 void readOne(std::istringstream& stream, std::string_view& rest, Input& input) {
-    std::size_t const width = input.flag() ? input.upTo(20) : 0;
-    std::size_t const limit = width == 0 ? std::string::npos : width - 1;
+    unsigned const choice = input.byte();
+    int const width = choice % 2 != 0 ? static_cast<int>(input.upTo(20)) : -static_cast<int>(choice / 2 % 4);
+    std::size_t const limit = width <= 0 ? std::string::npos : static_cast<std::size_t>(width) - 1;
+    std::ios_base::iostate const before = states[choice / 8 % std::size(states)];
     char const delimiter = static_cast<char>(input.byte());
     std::size_t const reader = input.upTo(2);
-    stream.clear();
-    stream.width(static_cast<std::streamsize>(width));
+    FlushCounter counter;
+    std::ostream tied(&counter);
+    stream.tie(&tied);
+    stream.clear(before);
+    stream.width(width);
     VynUString text(u"of before");
     if (reader == 0)
         stream >> text;
@@ -81,8 +93,10 @@ void readOne(std::istringstream& stream, std::string_view& rest, Input& input) {
     if (expected.bytes.empty())
         expected.state |= std::ios_base::failbit;
 
-    require(stream.rdstate() == expected.state, "the state of the stream", stream.rdstate(), "expected",
-            expected.state);
+    stream.tie(nullptr);
+    require(counter.flushes == 1, "what is tied to the stream is flushed first", counter.flushes);
+    require(stream.rdstate() == (expected.state | before), "the state of the stream", stream.rdstate(), "expected",
+            expected.state, "and", before);
     require(stream.width() == 0, "the width is reset");
     require(text.view() == textOf(expected.bytes).view(), "the text read", reader);
     rest.remove_prefix(expected.taken);
@@ -91,8 +105,8 @@ void readOne(std::istringstream& stream, std::string_view& rest, Input& input) {
             "what is left in the stream", reader);
 
     std::ostringstream out, outExpected;
-    out << std::setw(static_cast<int>(width)) << std::setfill('*') << text;
-    outExpected << std::setw(static_cast<int>(width)) << std::setfill('*') << written(text);
+    out << std::setw(width) << std::setfill('*') << text;
+    outExpected << std::setw(width) << std::setfill('*') << written(text);
     require(out.str() == outExpected.str(), "the text written");
 }
 
