@@ -124,6 +124,8 @@ TEST(VynUStringStorage, RoomIsMadeExactlyAndOnlyWhereItIsMissing) {
     string = "def";
     EXPECT_THROW(string.AssureSpace(npos), std::bad_array_new_length);
     EXPECT_THROW(string.resize(npos - 1, unit), std::bad_array_new_length);
+    EXPECT_THROW(string.resize(npos, unit), std::length_error);
+    EXPECT_THROW(string.resize(npos, 'x', VYNCS_UTF8), std::length_error);
     allocationsLeft = 0;
     EXPECT_NO_THROW(string.assureSize(258));
     EXPECT_THROW(string.c_str(VYNCS_UTF8), std::bad_alloc);
