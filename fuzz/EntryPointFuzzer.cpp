@@ -1,6 +1,7 @@
 // The conversions in one call, from sources and into destinations of exactly their size, against the converters that
 // they are made of. The default set, which paths are in, is that of LANG.
 
+#include "fuzz/Exact.h"
 #include "fuzz/Input.h"
 #include "fuzz/Require.h"
 #include "fuzz/ServedSets.h"
@@ -8,7 +9,6 @@
 #include <vynulib/VynCharSetConverter.h>
 
 #include <cstring>
-#include <memory>
 
 namespace {
 
@@ -28,8 +28,9 @@ template <class Element>
 class Source {
 public:
     explicit Source(std::basic_string<Element> const& text, std::size_t terminator = 1)
-        : m_memory(std::make_unique<Element[]>(text.size() / terminator * terminator + terminator)) {
-        std::copy_n(text.data(), text.size() / terminator * terminator, m_memory.get());
+        : m_memory(text.size() / terminator * terminator + terminator) {
+        std::size_t const size = text.size() / terminator * terminator;
+        std::fill_n(std::copy_n(text.data(), size, m_memory.get()), terminator, Element{});
     }
 
     Element const* data() const { return m_memory.get(); }
@@ -37,7 +38,7 @@ public:
     unsigned short const* asUnits() const { return reinterpret_cast<unsigned short const*>(m_memory.get()); }
 
 private:
-    std::unique_ptr<Element[]> m_memory;
+    Exact<Element> m_memory;
 };
 
 Units decoded(VynCharSet cs, void const* source, unsigned long room, bool* illegal = nullptr) {
@@ -69,7 +70,7 @@ void requireMakes(char const* what, Place end, std::size_t terminator, unsigned 
     std::size_t const size = end.in(make(ample).size() + terminator);
     auto const expected = size >= terminator ? make(size - terminator) : decltype(make(0))();
     static_assert(sizeof(Element) == sizeof(expected[0]));
-    auto const dst = std::make_unique<Element[]>(size);
+    Exact<Element> const dst(size);
     std::fill_n(dst.get(), size, static_cast<Element>(0xA5));
     unsigned long const count = convert(dst.get(), size);
     require(count == expected.size(), what, "size", size, "elements", count, "expected", expected.size());
@@ -198,8 +199,14 @@ void countAndCompare(VynCharSet cs, Place end, Units const& units) {
             "the bytes of a terminated text are those of its length", cs);
 }
 
-constexpr void (*ofBytes[])(VynCharSet, Place, Bytes const&) = {localToUtf8, utf8ToLocal,     localToUtf16,
-                                                                utf8ToUtf16, localPathToUtf8, utf8ToLocalPath};
+void count(VynCharSet cs, Place, Bytes const& text) {
+    Source<char> const source(text, GetNullCharSize(cs));
+    require(GetNumUnits(source.data(), cs) == converterOf(cs).getNumUnits(source.data(), ~0UL),
+            "the units of a terminated text are those of all that there is", cs);
+}
+
+constexpr void (*ofBytes[])(VynCharSet, Place, Bytes const&) = {
+    localToUtf8, utf8ToLocal, localToUtf16, utf8ToUtf16, localPathToUtf8, utf8ToLocalPath, count};
 constexpr void (*ofUnits[])(VynCharSet, Place, Units const&) = {utf16ToLocal, utf16ToUtf8, countAndCompare};
 
 } // namespace

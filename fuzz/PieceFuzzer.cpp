@@ -1,12 +1,11 @@
 // Strict conversion: pieces cut anywhere, into any rooms, give what the whole gives, in memory of exactly their size.
 
+#include "fuzz/Exact.h"
 #include "fuzz/Input.h"
 #include "fuzz/Require.h"
 #include "fuzz/ServedSets.h"
 
 #include <vynulib/VynCharSetConverter.h>
-
-#include <memory>
 
 namespace {
 
@@ -59,10 +58,11 @@ Outcome<Text> inPieces(Source source, Sizes pieces, Sizes rooms, Convert convert
     for (std::size_t offered = std::min(pieces.next(), source.size());;) {
         bool const last = at + offered == source.size();
         std::size_t const room = rooms.next();
-        std::vector<Element> const piece(source.begin() + at, source.begin() + at + offered);
-        auto const dst = std::make_unique_for_overwrite<typename Text::value_type[]>(room);
+        Exact<Element> const piece(offered);
+        source.copy(piece.get(), offered, at);
+        Exact<typename Text::value_type> const dst(room);
         Report report;
-        Progress const done = convert(Source(piece.data(), piece.size()), dst.get(), room, last, report);
+        Progress const done = convert(Source(piece.get(), offered), dst.get(), room, last, report);
         require(done.read + done.length <= offered && done.written <= room, "progress stays in the piece and the room");
         require((done.length != 0) == (done.status == Status::unconvertible), "only a loss has a length");
         require(!last || done.status != Status::done || done.read == offered, "the last piece is read whole");

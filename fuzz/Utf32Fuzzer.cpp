@@ -1,12 +1,12 @@
 // The direct way between UTF-8 and UTF-32, in memory of exactly the documented size, against its rules in plain form.
 
+#include "fuzz/Exact.h"
 #include "fuzz/Input.h"
 #include "fuzz/Require.h"
 
 #include <vynulib/VynCharSetConverterUTF32.h>
 
 #include <cstring>
-#include <memory>
 
 namespace {
 
@@ -68,12 +68,12 @@ void fromUtf8(VynCharSetConverterUTF32& utf32, Place end, std::string const& byt
     for (std::string_view rest = text; !rest.empty() && expected.size() < room;)
         expected += static_cast<char32_t>(takeValue(rest));
 
-    auto const source = std::make_unique<unsigned char[]>(text.size() + 1);
-    std::copy(text.begin(), text.end(), source.get());
+    Exact<unsigned char> const source(text.size() + 1);
+    *std::copy(text.begin(), text.end(), source.get()) = 0;
     unsigned char* at = source.get();
     for (char32_t const value : expected)
         require(utf32.UTF32fromUTF8(&at) == value, "a value from UTF-8");
-    auto const dst = std::make_unique<char32_t[]>(room + 1);
+    Exact<char32_t> const dst(room + 1);
     bool illegal = true;
     unsigned long const count = utf32.fromUTF8(dst.get(), source.get(), room, ILLCHAR_REPLACE, &illegal);
     require(count == expected.size() && !illegal, "values from UTF-8", "room", room, "got", count);
@@ -82,7 +82,8 @@ void fromUtf8(VynCharSetConverterUTF32& utf32, Place end, std::string const& byt
 
 void toUtf8(VynCharSetConverterUTF32& utf32, Place end, std::string const& bytes) {
     std::size_t const values = bytes.size() / 4;
-    auto const source = std::make_unique<unsigned[]>(values + 1);
+    Exact<unsigned> const source(values + 1);
+    source[values] = 0;
     std::memcpy(source.get(), bytes.data(), values * 4);
     std::size_t const room = end.in(6 * values); // of the longest sequences
     std::string expected;
@@ -93,7 +94,7 @@ void toUtf8(VynCharSetConverterUTF32& utf32, Place end, std::string const& bytes
         lossy = lossy || lost;
     }
 
-    auto const dst = std::make_unique<unsigned char[]>(room + 5); // room is tested after each character
+    Exact<unsigned char> const dst(room + 5); // room is tested after each character
     bool illegal = true;
     unsigned long const count = utf32.toUTF8(dst.get(), source.get(), room, ILLCHAR_REPLACE, &illegal);
     require(count == expected.size() && illegal == lossy, "bytes in UTF-8", "room", room, "got", count);

@@ -1,6 +1,3 @@
-#include "tests/support/GuardedBuffer.h"
-#include "tests/support/Random.h"
-
 #include <vynulib/Transcoding.h>
 #include <vynulib/VynCharSetConverter.h>
 
@@ -53,76 +50,10 @@ std::vector<VynCharSet> const servedSets = [] {
     return sets;
 }();
 
-/// Copies of texts whose memory ends, or begins, at an inaccessible page.
-template <class Element>
-std::basic_string_view<Element> guarded(std::basic_string_view<Element> text, bool atEnd) {
-    static GuardedBuffer buffers[2] = {GuardedBuffer(1 << 16), GuardedBuffer(1 << 16)};
-    GuardedBuffer const& buffer = buffers[atEnd];
-    auto* const place =
-        reinterpret_cast<Element*>(atEnd ? buffer.end() - text.size() * sizeof(Element) : buffer.begin());
-    std::copy(text.begin(), text.end(), place);
-    return {place, text.size()};
-}
-
 class TranscodingSets : public testing::TestWithParam<VynCharSet> {
 protected:
     VynCharSet const cs = GetParam();
-    TestRandom random;
-    testing::ScopedTrace trace{__FILE__, __LINE__, "VYNULIB_TEST_SEED=" + std::to_string(random.seed())};
-
-    Units anyUnits(std::size_t length) { return random.units<Units>(length, 0); }
-
-    /// Encoded text, the same with some bytes spoilt, and noise.
-    std::string anyBytes(std::size_t length) {
-        std::string bytes = vynulib::encode(cs, anyUnits(length), OnError::drop);
-        unsigned const kind = random.below(4);
-        for (std::size_t at = kind == 0 ? 0 : random.below(20); kind < 3 && at < bytes.size();
-             at += kind == 0 ? 1 : 1 + random.below(20))
-            bytes[at] = static_cast<char>(random.below(3) == 0 ? random.below(0x80) : 0x80 + random.below(0x80));
-        return bytes.substr(0, bytes.size() - std::min<std::size_t>(bytes.size(), random.below(4)));
-    }
 };
-
-/// Calls `convert(source, dst, room)` in every room that the result may have and some more, all about inaccessible pages.
-template <class Element, class Source, class Convert>
-void inEveryRoom(Source source, Convert convert) {
-    static GuardedBuffer output(1 << 14);
-    std::size_t const most = convert(source, reinterpret_cast<Element*>(output.begin()), 1 << 12).written + 8;
-    for (std::size_t room = 0; room <= most; ++room)
-        for (bool const atEnd : {true, false}) {
-            auto* const dst =
-                reinterpret_cast<Element*>(atEnd ? output.end() - room * sizeof(Element) : output.begin());
-            Element* const watched = atEnd ? dst - 8 : dst + room;
-            std::fill_n(watched, 8, static_cast<Element>(0x5A));
-            EXPECT_LE(convert(guarded(source, atEnd), dst, room).written, room);
-            EXPECT_EQ(std::count(watched, watched + 8, static_cast<Element>(0x5A)), 8) << "in a room of " << room;
-        }
-}
-
-TEST_P(TranscodingSets, KeepToTheirBuffersInEveryRoom) {
-    for (bool const last : {true, false}) {
-        std::string const bytes = anyBytes(80);
-        Units const units = anyUnits(80);
-        std::string const escaped = vynulib::encode(VYNCS_UTF16ESC, units);
-        std::string const lossless = vynulib::encode(cs, units, OnError::drop);
-        Units const decoded = vynulib::decode(cs, lossless);
-        inEveryRoom<char16_t>(std::string_view(lossless),
-                              [&](std::string_view source, char16_t* dst, std::size_t room) {
-                                  return vynulib::decode(cs, source, dst, room, last);
-                              });
-        inEveryRoom<char>(std::u16string_view(decoded), [&](std::u16string_view source, char* dst, std::size_t room) {
-            return vynulib::encode(cs, source, dst, room, last);
-        });
-        for (OnError const onError : {OnError::stop, OnError::replace, OnError::escape, OnError::drop}) {
-            inEveryRoom<char>(std::string_view(bytes), [&](std::string_view source, char* dst, std::size_t room) {
-                return vynulib::transcode(cs, VYNCS_UTF16ESC, source, dst, room, last, onError);
-            });
-            inEveryRoom<char>(std::string_view(escaped), [&](std::string_view source, char* dst, std::size_t room) {
-                return vynulib::transcode(VYNCS_UTF16ESC, cs, source, dst, room, last, onError);
-            });
-        }
-    }
-}
 
 TEST_P(TranscodingSets, DecodeReadsWhatEncodeWrites) {
     for (unsigned scalar = 0; scalar < 0x110000; scalar += scalar < 0x30000 ? 1 : 0x101) {
