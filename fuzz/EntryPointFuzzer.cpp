@@ -4,7 +4,7 @@
 #include "fuzz/Exact.h"
 #include "fuzz/Input.h"
 #include "fuzz/Require.h"
-#include "fuzz/ServedSets.h"
+#include "tests/support/ServedSets.h"
 
 #include <vynulib/VynCharSetConverter.h>
 

@@ -2,7 +2,7 @@
 
 #include "fuzz/Input.h"
 #include "fuzz/Require.h"
-#include "fuzz/ServedSets.h"
+#include "tests/support/ServedSets.h"
 
 #include <vynulib/VynCharSetConverter.h>
 #include <vynulib/VynUChar.h>

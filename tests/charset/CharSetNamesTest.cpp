@@ -1,4 +1,5 @@
 #include "tests/support/FailingAllocation.h"
+#include "tests/support/ServedSets.h"
 
 #include <vynulib/Transcoding.h>
 #include <vynulib/VynCharSetConverter.h>
@@ -15,19 +16,15 @@ namespace {
 using vynulib::charSetNamed;
 using vynulib::preferredName;
 
-constexpr std::pair<VynCharSet, std::string_view> namedSets[] = {
-#define ROW(name, number) {name, #name},
-    VYN_CHARSETS(ROW)
-#undef ROW
-};
-
 bool isServed(VynCharSet cs) {
     return cs == VYNCS_UTF8 || cs == VYNCS_UTF16BE || cs == VYNCS_UTF32BE ||
            VynCharSetConverter::getConverter(cs) != VynCharSetConverter::getConverter(VYNCS_UTF8);
 }
 
 TEST(CharSetNames, AreThoseOfTheServedSets) {
-    for (auto const& [cs, name] : namedSets) {
+    for (std::size_t i = 0; i < std::size(namedSets); ++i) {
+        VynCharSet const cs = namedSets[i];
+        std::string_view const name = setNames[i];
         if (cs == VYNCS_OS_DEFAULT)
             continue;
         std::optional<VynCharSet> const expected = isServed(cs) ? std::optional(cs) : std::nullopt;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/ServedSets.h"
+
 #include <vynulib/CharSetConverterManager.h>
 #include <vynulib/Transcoding.h>
 #include <vynulib/VynUChar.h>
@@ -21,7 +23,7 @@ public:
     /// Uses one of them; a number that depends on what comes of it.
     unsigned long operator()(unsigned what) const {
         if (what < setCount)
-            return convert(sets[what]);
+            return convert(namedSets[what]);
         switch (what - setCount) {
         case 0:
             return sum(m_registry.charSetToString(ownSet)) + sum(VynCharSetToString(VYNCS_SJIS0213));
@@ -44,12 +46,7 @@ public:
 
 private:
     static constexpr auto ownSet = static_cast<VynCharSet>(28602);
-    static constexpr VynCharSet sets[] = {
-#define ROW(name, number) name,
-        VYN_CHARSETS(ROW)
-#undef ROW
-    };
-    static_assert(std::size(sets) == setCount);
+    static_assert(std::size(namedSets) == setCount);
 
     template <class Element>
     static unsigned long sum(Element const* text) {

@@ -1,4 +1,5 @@
 #include "tests/support/FailingAllocation.h"
+#include "tests/support/ServedSets.h"
 
 #include <vynulib/CharSetConverterManager.h>
 #include <vynulib/VynCharSetConverterUTF8.h>
@@ -11,12 +12,6 @@
 #include <utility>
 
 namespace {
-
-constexpr std::pair<VynCharSet, char const*> namedSets[] = {
-#define ROW(name, number) {static_cast<VynCharSet>(number), #name},
-    VYN_CHARSETS(ROW)
-#undef ROW
-};
 
 // Tells when it is destroyed.
 class CountedConverter : public VynCharSetConverterUTF8 {
@@ -31,9 +26,9 @@ private:
 TEST(Registry, NamesEverySetBothWaysInEveryThread) {
     EXPECT_EQ(std::size(namedSets), 54U);
     auto const nameAll = [] {
-        for (auto const& [cs, name] : namedSets) {
-            EXPECT_STREQ(VynCharSetToString(cs), name);
-            EXPECT_EQ(VynCharSetFromString(name), cs) << name;
+        for (std::size_t i = 0; i < std::size(namedSets); ++i) {
+            EXPECT_STREQ(VynCharSetToString(namedSets[i]), setNames[i]);
+            EXPECT_EQ(VynCharSetFromString(setNames[i]), namedSets[i]) << setNames[i];
         }
     };
     { std::jthread const first(nameAll), second(nameAll); }
@@ -48,7 +43,7 @@ TEST(Registry, ServesFortyOneSetsAndUtf8ForAllElse) {
     VynCharSetConverter* const utf8 = VynCharSetConverter::getConverter(VYNCS_UTF8);
     std::set<VynCharSetConverter*> converters;
     std::set<int> onUtf8;
-    for (auto const& [cs, name] : namedSets) {
+    for (VynCharSet const cs : namedSets) {
         VynCharSetConverter* const converter = VynCharSetConverter::getConverter(cs);
         converters.insert(converter);
         if (converter == utf8 && cs != VYNCS_OS_DEFAULT)

@@ -1,5 +1,6 @@
+#include "tests/support/ServedSets.h"
+
 #include <vynulib/Transcoding.h>
-#include <vynulib/VynCharSetConverter.h>
 
 #include <gtest/gtest.h>
 
@@ -38,18 +39,6 @@ using Units = std::u16string;
 
 constexpr auto npos = std::string_view::npos;
 
-/// Before any test registers a converter.
-std::vector<VynCharSet> const servedSets = [] {
-    std::vector<VynCharSet> sets{VYNCS_UTF16BE, VYNCS_UTF32BE, VYNCS_UTF8};
-    VynCharSetConverter* const utf8 = VynCharSetConverter::getConverter(VYNCS_UTF8);
-#define ROW(name, number)                                                                                              \
-    if (name != VYNCS_OS_DEFAULT && VynCharSetConverter::getConverter(name) != utf8)                                   \
-        sets.push_back(name);
-    VYN_CHARSETS(ROW)
-#undef ROW
-    return sets;
-}();
-
 class TranscodingSets : public testing::TestWithParam<VynCharSet> {
 protected:
     VynCharSet const cs = GetParam();
@@ -73,7 +62,7 @@ TEST_P(TranscodingSets, DecodeReadsWhatEncodeWrites) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Sets, TranscodingSets, testing::ValuesIn(servedSets),
+INSTANTIATE_TEST_SUITE_P(Sets, TranscodingSets, testing::ValuesIn(servedSets()),
                          [](auto const& test) { return std::to_string(test.param); });
 
 TEST(Transcoding, TakesTheNamedSequences) {

@@ -1,5 +1,7 @@
 // Counts as large as their types: they mean as much as there is, and no sum of them wraps.
 
+#include "tests/support/ServedSets.h"
+
 #include <vynulib/vynulib.h>
 
 #include <gtest/gtest.h>
@@ -11,11 +13,6 @@
 
 namespace {
 
-constexpr VynCharSet sets[] = {
-#define ROW(name, number) name,
-    VYN_CHARSETS(ROW)
-#undef ROW
-};
 constexpr unsigned long ample = 200;
 constexpr unsigned long hugeCounts[] = {INT_MAX - 1UL,     INT_MAX,        INT_MAX + 1UL, UINT_MAX - 1UL,
                                         UINT_MAX,          UINT_MAX + 1UL, LONG_MAX,      LONG_MAX + 1UL,
@@ -90,7 +87,7 @@ void convertWithHugeCounts(VynCharSet cs) {
 }
 
 TEST(Limits, OfConversionsAreAsMuchAsThereIs) {
-    for (VynCharSet const cs : sets) {
+    for (VynCharSet const cs : namedSets) {
         SCOPED_TRACE(cs);
         convertWithHugeCounts(cs);
     }

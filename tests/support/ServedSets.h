@@ -7,9 +7,15 @@
 
 /// All sets that have a name.
 inline constexpr VynCharSet namedSets[] = {
-#define FUZZ_SET(name, number) name,
-    VYN_CHARSETS(FUZZ_SET)
-#undef FUZZ_SET
+#define ROW(name, number) name,
+    VYN_CHARSETS(ROW)
+#undef ROW
+};
+/// The names, in the same order.
+inline constexpr char const* setNames[] = {
+#define ROW(name, number) #name,
+    VYN_CHARSETS(ROW)
+#undef ROW
 };
 
 /// Those that the strict functions convert, the default set not among them.
