@@ -225,7 +225,7 @@ void compareWithConverter(VynCharSet cs, Input& input, bool valid) {
     std::u16string decoded = vynulib::decode(cs, bytes, OnError::drop, &report);
     if (decoded.find(u'\0') != decoded.npos)
         return;
-    bytes.append(4, '\0');
+    bytes.append(8, '\0'); // a terminator of four bytes after a character that is cut short
     std::u16string units(bytes.size(), u'x');
     bool illegal = false;
     units.resize(converter.toUTF16(reinterpret_cast<unsigned short*>(units.data()), bytes.c_str(), units.size(),
