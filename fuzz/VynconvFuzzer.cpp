@@ -99,7 +99,7 @@ Converted convertInPieces(Conversion const& how, std::string_view text, Input& c
 
     vynconv::Input input("-");
     vynconv::Output output(file.path(), true, {});
-    vynconv::Progress progress;
+    vynconv::Progress progress(input);
     Converted converted;
     converted.losses = vynconv::Transcoder(how.from, how.to, how.onError, output).convert(input, progress);
     output.commit();
