@@ -11,8 +11,8 @@ HEAD = """# Performance
 
 `scripts/benchmark` wrote this page. A ratio says how many times as fast as the fastest of the others the library is at the
 same work: it converts the same words, in random order, in the same run. The others are ICU's converters and, for UTF-8, its
-functions for that alone; iconv for the set that ICU lacks; `std::u16string` for strings. The median of {runs} runs counts.
-What is below the ratio that [`bench/ratios.toml`](../bench/ratios.toml) requires, in parentheses, is bold.
+functions for that alone; iconv for the set that ICU lacks; `std::u16string` for strings. They take turns in short rounds,
+and the fastest round of each counts. What is below the ratio that [`bench/ratios.toml`](../bench/ratios.toml) requires, in parentheses, is bold.
 
 Measured on {date} at commit {commit}, on {machine}, with the kernels of {level} and ICU {icu}.
 
@@ -66,7 +66,7 @@ def plot(rows):
 def write(root, rows):
     bench = root / "build/benchmark/bench"
     changed = output("git", "status", "--porcelain", "--untracked-files=no", cwd=root)
-    head = HEAD.format(runs=len(rows[0].ratios), date=datetime.date.today(), machine=processor(),
+    head = HEAD.format(date=datetime.date.today(), machine=processor(),
                        commit=output("git", "rev-parse", "--short", "HEAD", cwd=root) + (" with changes" if changed else ""),
                        level=output(bench / "vynulib_start", "--level"), icu=output("pkg-config", "--modversion", "icu-uc"))
     sections = [head]
