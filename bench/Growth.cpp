@@ -61,7 +61,7 @@ void compareSizes() {
     std::vector<char> dst(2 * large + 2);
     std::puts("| | 1 MiB, MiB/s | 1 GiB, MiB/s | ratio |\n|---|---:|---:|---:|");
     for (Row const& row : rows) {
-        double rates[2];
+        double rates[2] = {};
         for (unsigned long const bytes : {mebibyte, large}) {
             std::string const text = repeated(row.part, bytes);
             double const seconds =
@@ -74,7 +74,7 @@ void compareSizes() {
 
 /// How many times as much two threads get done as one.
 double gainOfTwoThreads(Row const& row) {
-    std::string const text = repeated(row.part, 64 * 1024);
+    std::string const text = repeated(row.part, mebibyte / 16);
     auto const work = [&] {
         std::vector<char> dst(4 * text.size());
         for (int i = 0; i < 4000; ++i)

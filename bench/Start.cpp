@@ -114,9 +114,9 @@ int main(int argc, char** argv) {
     std::puts("| First use of | conversion, ms | private memory, KiB |\n|---|---:|---:|");
     std::vector<Costs> all;
     for (NamedSet const& set : sets) {
-        std::vector<Costs> costs;
-        for (int i = 0; i < processes; ++i)
-            costs.push_back(measureAfresh(set.cs));
+        std::vector<Costs> costs(processes);
+        for (Costs& each : costs)
+            each = measureAfresh(set.cs);
         std::printf("| %s | %.3f | %.0f |\n", set.name, median(costs, &Costs::use),
                     median(costs, &Costs::useBytes) / 1024);
         all.insert(all.end(), costs.begin(), costs.end());

@@ -400,8 +400,8 @@ TEST_F(Vynconv, ShowsOnATerminalHowFarItHasCome) {
         GTEST_SKIP() << "there are no terminals here";
     errors = ptsname(terminal);
     writeFile(work("in"), std::string(8 * chunkBytes, 'x'));
-    for (auto const& [name, pattern] : {std::pair{"in", "in: \\d+ % of 2 MiB, \\d+ MiB/s, \\d+ s left"},
-                                        {"-", "standard input: \\d+ MiB, \\d+ MiB/s\r"}}) {
+    for (auto const& [name, pattern] : {std::pair{"in", R"(in: \d+ % of 2 MiB, \d+ MiB/s, \d+ s left)"},
+                                        {"-", R"(standard input: \d+ MiB, \d+ MiB/s\r)"}}) {
         int input[2], output[2];
         ASSERT_EQ(pipe2(input, O_CLOEXEC) | pipe2(output, O_CLOEXEC), 0);
         pid_t const child = start({"-f", "utf8", "-t", "utf8", name}, input[0], output[1]);

@@ -5,6 +5,7 @@
 #include <gnu/libc-version.h>
 #include <iconv.h>
 
+#include <cstdint>
 #include <optional>
 #include <stdexcept>
 #include <string>
@@ -28,7 +29,7 @@ Character decodeHere(VynCharSet cs, std::string const& code) {
 class GlibcDecoder {
 public:
     explicit GlibcDecoder(char const* name) : m_iconv(iconv_open("UTF-16LE", name)) {
-        if (m_iconv == reinterpret_cast<iconv_t>(-1))
+        if (reinterpret_cast<std::intptr_t>(m_iconv) == -1)
             throw std::runtime_error(std::string("glibc has no converter ") + name);
     }
     GlibcDecoder(GlibcDecoder const&) = delete;
