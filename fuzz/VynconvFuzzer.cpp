@@ -101,7 +101,14 @@ Converted convertInPieces(Conversion const& how, std::string_view text, Input& c
     vynconv::Output output(file.path(), true, {});
     vynconv::Progress progress(input);
     Converted converted;
-    converted.losses = vynconv::Transcoder(how.from, how.to, how.onError, output).convert(input, progress);
+    std::size_t told = 0, end = 0;
+    converted.losses = vynconv::Transcoder(how.from, how.to, how.onError, output)
+                           .convert(input, progress, [&](vynconv::Loss const& loss) {
+                               require(loss.offset >= end, "losses are told in their order", loss.offset);
+                               end = loss.offset + loss.bytes.size();
+                               ++told;
+                           });
+    require(told == converted.losses.count, "each loss is told", told);
     output.commit();
     converted.bytes = file.content();
     return converted;
@@ -137,9 +144,9 @@ void requireConvertsAsWhole(Converted const& got, Conversion how, std::string_vi
     if (report.losses == 0)
         return;
     std::size_t const line = 1 + lineEnds(how.from.cs, text.substr(0, report.firstLoss));
-    require(got.losses.offset == mark + report.firstLoss, "the first loss is told", got.losses.offset);
-    require(got.losses.line == line, "the line of the first loss is told", got.losses.line, line);
-    require(!got.losses.bytes.empty() && text.substr(report.firstLoss).starts_with(got.losses.bytes),
+    require(got.losses.first.offset == mark + report.firstLoss, "the first loss is told", got.losses.first.offset);
+    require(got.losses.first.line == line, "the line of the first loss is told", got.losses.first.line, line);
+    require(!got.losses.first.bytes.empty() && text.substr(report.firstLoss).starts_with(got.losses.first.bytes),
             "what was lost is shown");
     require(describe(got.losses).find_first_of(std::string_view("\0\n\x1B", 3)) == std::string::npos,
             "a message is one line without controls");
