@@ -12,7 +12,8 @@ HEAD = """# Performance
 `scripts/benchmark` wrote this page. A ratio says how many times as fast as the fastest of the others the library is at the
 same work: it converts the same words, in random order, in the same run. The others are ICU's converters and, for UTF-8, its
 functions for that alone; iconv for the set that ICU lacks; `std::u16string` for strings. They take turns in short rounds,
-and the fastest round of each counts. What is below the ratio that [`bench/ratios.toml`](../bench/ratios.toml) requires, in parentheses, is bold.
+and the fastest round of each counts. What is below the ratio that [`bench/ratios.toml`](../bench/ratios.toml) requires, in
+parentheses, is bold.
 
 Measured on {date} at commit {commit}, on {machine}, with the kernels of {level} and ICU {icu}.
 

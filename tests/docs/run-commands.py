@@ -2,9 +2,9 @@
 """Runs what a document tells to type, in its order, in a folder of its own with the installed library:
 run-commands.py DOCUMENT source-directory installed-prefix work-directory cmake c++-compiler
 
-A sample in CMake that is a project becomes CMakeLists.txt there and is built. The commands of sh run with a few stand-ins: what would start the
-suite again or change the machine only has to be there. /usr/local means a link to the installed prefix: pkg-config's answer is
-split at blanks, which a folder of ours may have.
+A sample in CMake that is a project becomes CMakeLists.txt there and is built. The commands of sh run with a few
+stand-ins: what would start the suite again or change the machine only has to be there. /usr/local means a link to the
+installed prefix: pkg-config's answer is split at blanks, which a folder of ours may have.
 """
 import os
 import pathlib
