@@ -36,6 +36,19 @@ constexpr unsigned bytesOf(unsigned key) {
     return (high / 10 + 0x81) << 24 | (high % 10 + '0') << 16 | (low / 10 + 0x81) << 8 | (low % 10 + '0');
 }
 
+/// The four bytes of the next key.
+constexpr unsigned following(unsigned bytes) {
+    if ((bytes & 0xFF) != '9')
+        return bytes + 1;
+    bytes -= 9;
+    if ((bytes >> 8 & 0xFF) != 0xFE)
+        return bytes + 0x100;
+    bytes -= (0xFE - 0x81) << 8;
+    return (bytes >> 16 & 0xFF) != '9' ? bytes + 0x10000 : bytes - (9U << 16) + 0x1000000;
+}
+static_assert(following(bytesOf(fourByteKeys + 1259)) == bytesOf(fourByteKeys + 1260));
+static_assert(following(bytesOf(fourByteKeys + 12599)) == bytesOf(fourByteKeys + 12600));
+
 constexpr bool isLead(unsigned byte) {
     return byte >= 0x81 && byte <= 0xFE;
 }
@@ -92,18 +105,29 @@ private:
 
 class Gb18030Tables : public MultibyteTables {
 public:
-    explicit Gb18030Tables(unsigned short const* map) : MultibyteTables(map) {}
+    explicit Gb18030Tables(unsigned short const* map) : MultibyteTables(map) {
+        for (sGB18030Range const* range = oUni2GBRange; range->first != 0; ++range)
+            if (range->target >= gb18030::fourByteKeys)
+                fillLonger(*range);
+    }
 
     gb18030::RangeIndex<gb18030::KeyBuckets> scalarOfKey{oGB2UniRange};
     gb18030::RangeIndex<gb18030::UnitBuckets> keyOfUnit{oUni2GBRange};
 
-    void keepLonger(unsigned short unit, std::uint64_t code) {
-        m_longer[unit] = __builtin_bswap32(static_cast<std::uint32_t>(code));
+    /// The bytes of a unit with zeros behind them, the first in the lowest eight bits; 0 where it has none by itself. As
+    /// for `encodeOne`, the map goes before the ranges.
+    std::uint32_t bytesOf(unsigned short unit) const {
+        unsigned short const code = rows->codeOf[unit];
+        return code != 0 ? code : m_longer[unit];
     }
-    /// The bytes of a unit with zeros behind them, the first in the lowest eight bits; 0 where it has none by itself.
-    std::uint32_t bytesOf(unsigned short unit) const { return rows->codeOf[unit] | m_longer[unit]; }
 
 private:
+    void fillLonger(sGB18030Range const& range) {
+        unsigned bytes = gb18030::bytesOf(range.target);
+        for (unsigned unit = range.first; unit <= range.last; ++unit, bytes = gb18030::following(bytes))
+            m_longer[unit] = __builtin_bswap32(bytes);
+    }
+
     std::uint32_t m_longer[0x10000] = {}; // of units with four bytes
 };
 

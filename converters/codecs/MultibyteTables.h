@@ -63,11 +63,7 @@ struct MultibyteExTables {
 template <class Made, class CodecOf, class... Arguments>
 std::unique_ptr<Made> makeTablesWithRows(CodecOf codecOf, Arguments... arguments) {
     auto tables = std::make_unique<Made>(arguments...);
-    auto const keepLonger = [&]([[maybe_unused]] unsigned short unit, [[maybe_unused]] std::uint64_t code) {
-        if constexpr (requires { tables->keepLonger(unit, code); })
-            tables->keepLonger(unit, code);
-    };
-    tables->rows = std::make_unique<DoubleByteRows>(codecOf(tables.get()), keepLonger);
+    tables->rows = std::make_unique<DoubleByteRows>(codecOf(tables.get()));
     return tables;
 }
 

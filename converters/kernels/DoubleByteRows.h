@@ -13,19 +13,12 @@ namespace vyn {
 /// the codec knows.
 struct DoubleByteRows {
     /// From a codec that takes nothing for a character what its set's converter or the strict functions do not.
-    /// `keepLonger(unit, code)` is called for each unit with a code of more bytes.
-    template <class Codec, class KeepLonger>
-    DoubleByteRows(Codec const& codec, KeepLonger keepLonger) {
+    template <class Codec>
+    explicit DoubleByteRows(Codec const& codec) {
         for (unsigned first = 1; first < 256; ++first)
             fillRow(codec, first);
-        for (unsigned each = 1; each < std::size(codeOf); ++each) {
-            auto const unit = static_cast<unsigned short>(each);
-            Encoded const found = codec.encodeOne(Bounded{&unit, 1});
-            if (found.mapped && found.elements > 2)
-                keepLonger(unit, found.code);
-            else if (found.mapped)
-                codeOf[unit] = codeBytes(found);
-        }
+        for (unsigned unit = 1; unit < std::size(codeOf); ++unit)
+            codeOf[unit] = codeBytes(codec, static_cast<unsigned short>(unit));
         for (unsigned character = 1; character < asciiEnd; ++character) {
             if (unitOf[character << 8] != character)
                 oddBytes.insert(character);
@@ -64,7 +57,11 @@ private:
             areLeads &= row[0] == 0;
     }
 
-    static unsigned short codeBytes(Encoded const& found) {
+    template <class Codec>
+    static unsigned short codeBytes(Codec const& codec, unsigned short unit) {
+        Encoded const found = codec.encodeOne(Bounded{&unit, 1});
+        if (!found.mapped || found.elements > 2)
+            return 0;
         bool const isPair = found.elements == 2;
         return static_cast<unsigned short>(isPair ? found.code >> 8 | (found.code & 0xFF) << 8 : found.code);
     }
